@@ -1,0 +1,3 @@
+list(APPEND QBO_SOURCES
+  blit/blit_kernels.cc
+  blit/zoom_kernels.cc)

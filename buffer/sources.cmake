@@ -1,0 +1,7 @@
+list(APPEND QBO_SOURCES
+  buffer/buffer_kernels.cc
+  buffer/fill_copy.cc
+  buffer/fill_copy_row_c.cc
+  buffer/fill_copy_row_sse2.cc
+  buffer/fill_copy_row_avx2.cc
+  buffer/mask_kernels.cc)

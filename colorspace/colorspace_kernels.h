@@ -1,0 +1,18 @@
+// Row kernels of the RGB <-> YUV conversion rows.
+#ifndef QBO_COLORSPACE_COLORSPACE_KERNELS_H_
+#define QBO_COLORSPACE_COLORSPACE_KERNELS_H_
+
+#include "frame/kernel_level.h"
+
+namespace qbo {
+
+struct ColorspaceKernels {
+};
+
+// Fills `k` with the rows of `level`: the reference rows first, then each
+// higher level up to `level` overwriting what it implements.
+void FillColorspaceKernels(ColorspaceKernels* k, KernelLevel level);
+
+}  // namespace qbo
+
+#endif  // QBO_COLORSPACE_COLORSPACE_KERNELS_H_

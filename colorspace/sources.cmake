@@ -1,0 +1,2 @@
+list(APPEND QBO_SOURCES
+  colorspace/colorspace_kernels.cc)

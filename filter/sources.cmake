@@ -1,0 +1,2 @@
+list(APPEND QBO_SOURCES
+  filter/filter_kernels.cc)

@@ -1,0 +1,83 @@
+#include "frame/kernel_table.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "frame/cpu.h"
+
+namespace qbo {
+
+KernelTable g_kernels;
+
+namespace {
+
+KernelLevel g_level = KernelLevel::kC;
+
+void FillTable(KernelLevel level) {
+  g_level = level;
+  FillBufferKernels(&g_kernels.buffer, level);
+  FillMaskKernels(&g_kernels.mask, level);
+  FillBlitKernels(&g_kernels.blit, level);
+  FillZoomKernels(&g_kernels.zoom, level);
+  FillFilterKernels(&g_kernels.filter, level);
+  FillYuvLayoutKernels(&g_kernels.yuvlayout, level);
+  FillColorspaceKernels(&g_kernels.colorspace, level);
+}
+
+KernelLevel Min(KernelLevel a, KernelLevel b) { return a < b ? a : b; }
+
+// The table starts at the reference level, so a kernel is never null even
+// before attach has run.
+struct InitialFill {
+  InitialFill() { FillTable(KernelLevel::kC); }
+} g_initial_fill;
+
+}  // namespace
+
+KernelLevel MachineKernelLevel() {
+  static const KernelLevel level = [] {
+    const CpuFeatures f = DetectCpu();
+    if (f.avx2 && f.sse2) return KernelLevel::kAvx2;
+    if (f.sse2) return KernelLevel::kSse2;
+    return KernelLevel::kC;
+  }();
+  return level;
+}
+
+KernelLevel CurrentKernelLevel() { return g_level; }
+
+const char* KernelLevelName(KernelLevel level) {
+  switch (level) {
+    case KernelLevel::kC:
+      return "C";
+    case KernelLevel::kSse2:
+      return "SSE2";
+    case KernelLevel::kAvx2:
+      return "AVX2";
+  }
+  return "?";
+}
+
+std::vector<KernelLevel> AvailableKernelLevels() {
+  std::vector<KernelLevel> levels;
+  for (int l = 0; l <= static_cast<int>(MachineKernelLevel()); ++l) {
+    levels.push_back(static_cast<KernelLevel>(l));
+  }
+  return levels;
+}
+
+void InitKernelTableFromEnvironment() {
+  KernelLevel cap = MachineKernelLevel();
+  if (const char* v = std::getenv("QBO_CPU")) {
+    if (std::strcmp(v, "c") == 0) cap = KernelLevel::kC;
+    if (std::strcmp(v, "sse2") == 0) cap = KernelLevel::kSse2;
+    if (std::strcmp(v, "avx2") == 0) cap = KernelLevel::kAvx2;
+  }
+  FillTable(Min(cap, MachineKernelLevel()));
+}
+
+void SetKernelLevelForTesting(KernelLevel level) {
+  FillTable(Min(level, MachineKernelLevel()));
+}
+
+}  // namespace qbo

@@ -1,0 +1,153 @@
+// Attach and detach, step by step, through the scripted platform.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "frame/accel.h"
+#include "frame/attach.h"
+#include "frame/coef_block.h"
+#include "frame/lookup_tables.h"
+#include "tests/support/fake_platform.h"
+
+namespace qbo::test {
+namespace {
+
+// Every test starts from a library that was never attached and leaves it
+// attached natively again for the other tests.
+class AttachTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    FreeLookupTables(NativePlatform());
+    g_accel = AccelState{};
+    platform_.host_path = QBO_PATH("/opt/player/bin/host");
+  }
+  void TearDown() override {
+    g_accel = AccelState{};
+    FreeLookupTables(NativePlatform());
+    ASSERT_TRUE(LibraryAttach(NativePlatform(), DefaultFramework(), nullptr));
+  }
+
+  FakePlatform platform_;
+  FakeFramework framework_;
+};
+
+TEST_F(AttachTest, AttachRunsItsStepsInOrderAndSucceeds) {
+  int instance = 0;
+  ASSERT_TRUE(LibraryEntry(platform_, framework_, &instance, kProcessAttach));
+  EXPECT_EQ(framework_.instance_seen, &instance);
+  EXPECT_EQ(framework_.log, (std::vector<std::string>{"init", "create"}));
+  // Table, temporary reciprocal row (freed), InvByteTable, OverShareTable;
+  // then the loader tries the default search for both modules.
+  const std::vector<std::string> head(platform_.log.begin(), platform_.log.begin() + 5);
+  EXPECT_EQ(head, (std::vector<std::string>{"alloc 262144", "alloc 1024", "free", "alloc 1024",
+                                            "alloc 262144"}));
+  EXPECT_EQ(platform_.log[5], "load libVelaMem.so -> fail");
+  EXPECT_NE(g_tables.rcp_product, nullptr);
+  EXPECT_NE(g_tables.inv_byte, nullptr);
+  EXPECT_NE(g_tables.over_share, nullptr);
+  EXPECT_EQ(g_accel.vela_vid_api, nullptr);
+  EXPECT_EQ(g_accel.vela_mem_api, nullptr);
+}
+
+struct FailingStep {
+  const char* name;
+  int fail_alloc_at;     // 0 = none
+  bool init_result;
+  int expected_allocs;   // allocations attempted before giving up
+};
+
+class AttachFailureTest : public AttachTest, public ::testing::WithParamInterface<FailingStep> {};
+
+TEST_P(AttachFailureTest, FailsWithoutGoingFurther) {
+  const FailingStep& step = GetParam();
+  platform_.fail_aligned_alloc_at = step.fail_alloc_at;
+  framework_.init_result = step.init_result;
+  EXPECT_FALSE(LibraryAttach(platform_, framework_, nullptr));
+  EXPECT_EQ(platform_.aligned_allocs, step.expected_allocs);
+  EXPECT_TRUE(platform_.load_attempts.empty()) << "the loader must not run";
+  EXPECT_EQ(framework_.log, std::vector<std::string>{"init"}) << "no link object after a failure";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Steps, AttachFailureTest,
+    ::testing::Values(FailingStep{"registration", 0, false, 0},
+                      FailingStep{"reciprocal_table", 1, true, 1},
+                      FailingStep{"reciprocal_row", 2, true, 2},
+                      FailingStep{"inverse_byte_table", 3, true, 3},
+                      FailingStep{"over_share_table", 4, true, 4}),
+    [](const ::testing::TestParamInfo<FailingStep>& step_info) {
+      return std::string(step_info.param.name);
+    });
+
+TEST_F(AttachTest, LinkObjectFailureStillAttaches) {
+  framework_.create_result = false;
+  EXPECT_TRUE(LibraryAttach(platform_, framework_, nullptr));
+}
+
+TEST_F(AttachTest, SecondAttachReusesTwoTablesAndRebuildsTheShareTable) {
+  ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
+  float* rcp = g_tables.rcp_product;
+  float* inv = g_tables.inv_byte;
+  platform_.log.clear();
+  ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
+  EXPECT_EQ(g_tables.rcp_product, rcp);
+  EXPECT_EQ(g_tables.inv_byte, inv);
+  // Only the temporary row and a fresh share table are allocated; the
+  // replaced share table is freed, not lost.
+  const std::vector<std::string> head(platform_.log.begin(), platform_.log.begin() + 4);
+  EXPECT_EQ(head, (std::vector<std::string>{"alloc 1024", "free", "alloc 262144", "free"}));
+}
+
+TEST_F(AttachTest, DetachFreesTablesReleasesVelaVidAndUnregisters) {
+  ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
+  FakePlatform::Module vid;
+  g_accel.module_handle = &vid;
+  platform_.log.clear();
+  framework_.log.clear();
+  EXPECT_TRUE(LibraryEntry(platform_, framework_, nullptr, kProcessDetach));
+  EXPECT_EQ(platform_.log, (std::vector<std::string>{"free", "free", "free"}));
+  EXPECT_EQ(platform_.unloaded, 1);
+  EXPECT_EQ(g_accel.module_handle, nullptr);
+  EXPECT_EQ(g_tables.rcp_product, nullptr);
+  EXPECT_EQ(g_tables.inv_byte, nullptr);
+  EXPECT_EQ(g_tables.over_share, nullptr);
+  EXPECT_EQ(framework_.log, std::vector<std::string>{"term"});
+  EXPECT_EQ(platform_.live_aligned, 0);
+}
+
+TEST_F(AttachTest, DetachWithoutModuleUnloadsNothing) {
+  ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
+  EXPECT_TRUE(LibraryDetach(platform_, framework_));
+  EXPECT_EQ(platform_.unloaded, 0);
+}
+
+TEST_F(AttachTest, ThreadReasonsChangeNothing) {
+  ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
+  const std::size_t log_size = platform_.log.size();
+  const CsCoefBlock before = g_coef;
+  EXPECT_TRUE(LibraryEntry(platform_, framework_, nullptr, kThreadAttach));
+  EXPECT_TRUE(LibraryEntry(platform_, framework_, nullptr, kThreadDetach));
+  EXPECT_EQ(platform_.log.size(), log_size);
+  EXPECT_EQ(framework_.log, (std::vector<std::string>{"init", "create"}));
+  EXPECT_EQ(std::memcmp(&before, &g_coef, sizeof(g_coef)), 0);
+}
+
+TEST_F(AttachTest, CoefficientBlockIsRestoredAfterTheLoader) {
+  // A module whose entry point scribbles on the block: the second fill
+  // puts the vectors back.
+  static auto scribble = []() -> void* {
+    std::memset(&g_coef.BFromU601, 0x7F, sizeof(g_coef.BFromU601));
+    std::memset(&g_coef.FloatGTerms709, 0x7F, sizeof(g_coef.FloatGTerms709));
+    return g_table_a;
+  };
+  CsInitCoefficients();
+  const CsCoefBlock expected = g_coef;
+  platform_.modules[QBO_PATH("libVelaMem.so")].symbols["VLM_GetAPIStuPtr"] =
+      reinterpret_cast<void*>(+scribble);
+  ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
+  EXPECT_EQ(g_accel.vela_mem_api, g_table_a);
+  EXPECT_EQ(std::memcmp(&expected, &g_coef, sizeof(g_coef)), 0);
+}
+
+}  // namespace
+}  // namespace qbo::test

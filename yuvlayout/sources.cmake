@@ -1,0 +1,2 @@
+list(APPEND QBO_SOURCES
+  yuvlayout/yuvlayout_kernels.cc)
