@@ -2,11 +2,16 @@
 #ifndef QBO_COLORSPACE_COLORSPACE_KERNELS_H_
 #define QBO_COLORSPACE_COLORSPACE_KERNELS_H_
 
+#include "colorspace/yuyv_to_rgba_row.h"
 #include "frame/kernel_level.h"
 
 namespace qbo {
 
 struct ColorspaceKernels {
+  // YUV to RGB: YUYV to 32-bit and 24-bit pixels.
+  YuyvToPixelsRowFn yuyv_to_rgba_row = nullptr;
+  YuyvToPixelsRowFn yuyv_to_bgra_row = nullptr;
+  YuyvToPixelsRowFn yuyv_to_rgb24_row = nullptr;
 };
 
 // Fills `k` with the rows of `level`: the reference rows first, then each
