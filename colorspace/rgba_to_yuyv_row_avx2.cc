@@ -43,42 +43,46 @@ Weights LoadWeights(const RgbToYuyvParams& p) {
 __m256i EvenBytesQ6(__m256i x) { return _mm256_maddubs_epi16(x, _mm256_set1_epi16(64)); }
 __m256i OddBytesQ6(__m256i x) { return _mm256_maddubs_epi16(x, _mm256_set1_epi16(64 << 8)); }
 
-// Per pixel the lanes [t0 + t1, t2 + 0].
-__m256i LumaTerms(__m256i px, const Weights& w) {
-  return _mm256_add_epi16(_mm256_mulhi_epi16(EvenBytesQ6(px), w.y_even),
-                          _mm256_mulhi_epi16(OddBytesQ6(px), w.y_odd));
-}
-
 // Pixels 0..7 in `a` and 8..15 in `b` (byte 3 ignored) to 32 YUYV bytes.
 __m256i SixteenPixels(__m256i a, __m256i b, const Weights& w) {
-  // phaddw sums each pixel's two lanes:
+  // Per pixel the lanes [b0, b2] and [b1, b3], times 64.
+  const __m256i even_a = EvenBytesQ6(a), odd_a = OddBytesQ6(a);
+  const __m256i even_b = EvenBytesQ6(b), odd_b = OddBytesQ6(b);
+
+  // Per pixel [t0 + t1, t2 + 0]; phaddw sums each pixel's two lanes:
   // y = [Y0..Y3 Y8..Y11 | Y4..Y7 Y12..Y15].
-  __m256i y = _mm256_hadd_epi16(LumaTerms(a, w), LumaTerms(b, w));
+  __m256i y = _mm256_hadd_epi16(
+      _mm256_add_epi16(_mm256_mulhi_epi16(even_a, w.y_even), _mm256_mulhi_epi16(odd_a, w.y_odd)),
+      _mm256_add_epi16(_mm256_mulhi_epi16(even_b, w.y_even), _mm256_mulhi_epi16(odd_b, w.y_odd)));
   y = _mm256_srli_epi16(_mm256_add_epi16(y, _mm256_set1_epi16(16)), 5);
 
-  // even = [p0 p2 p8 p10 | p4 p6 p12 p14]; per pixel two lanes that become
-  // [U, V]: [b0, b2] x [u0, v2] + [b2, b0] x [u2, v0] + [b1, b1] x [u1, v1].
-  const __m256i even = _mm256_castps_si256(_mm256_shuffle_ps(
-      _mm256_castsi256_ps(a), _mm256_castsi256_ps(b), _MM_SHUFFLE(2, 0, 2, 0)));
-  const __m256i b02 = EvenBytesQ6(even);
+  // The even pixels p0 p2 p8 p10 | p4 p6 p12 p14 (dwords 0 and 2 of each
+  // lane of a, then of b); per pixel two lanes that become [U, V]:
+  // [b0, b2] x [u0, v2] + [b2, b0] x [u2, v0] + [b1, b1] x [u1, v1].
+  const __m256i b02 = _mm256_castps_si256(_mm256_shuffle_ps(
+      _mm256_castsi256_ps(even_a), _mm256_castsi256_ps(even_b), _MM_SHUFFLE(2, 0, 2, 0)));
+  const __m256i b13 = _mm256_castps_si256(_mm256_shuffle_ps(
+      _mm256_castsi256_ps(odd_a), _mm256_castsi256_ps(odd_b), _MM_SHUFFLE(2, 0, 2, 0)));
   const __m256i swap_words =
       _mm256_setr_epi8(2, 3, 0, 1, 6, 7, 4, 5, 10, 11, 8, 9, 14, 15, 12, 13,  //
                        2, 3, 0, 1, 6, 7, 4, 5, 10, 11, 8, 9, 14, 15, 12, 13);
+  const __m256i low_word_twice =
+      _mm256_setr_epi8(0, 1, 0, 1, 4, 5, 4, 5, 8, 9, 8, 9, 12, 13, 12, 13,  //
+                       0, 1, 0, 1, 4, 5, 4, 5, 8, 9, 8, 9, 12, 13, 12, 13);
   const __m256i b20 = _mm256_shuffle_epi8(b02, swap_words);
-  const __m256i byte1_twice =
-      _mm256_setr_epi8(1, -1, 1, -1, 5, -1, 5, -1, 9, -1, 9, -1, 13, -1, 13, -1,  //
-                       1, -1, 1, -1, 5, -1, 5, -1, 9, -1, 9, -1, 13, -1, 13, -1);
-  const __m256i b11 = _mm256_slli_epi16(_mm256_shuffle_epi8(even, byte1_twice), 6);
+  const __m256i b11 = _mm256_shuffle_epi8(b13, low_word_twice);
   __m256i uv = _mm256_add_epi16(_mm256_add_epi16(_mm256_mulhi_epi16(b02, w.uv_02),
                                                  _mm256_mulhi_epi16(b20, w.uv_20)),
                                 _mm256_mulhi_epi16(b11, w.uv_11));
   uv = _mm256_srli_epi16(_mm256_add_epi16(uv, _mm256_set1_epi16(16 + 4096)), 5);
 
-  // Interleaving per 128-bit lane gives [p0..3 | p4..7] and
-  // [p8..11 | p12..15]; packuswb (the limit 255) then interleaves the
-  // lanes, which vpermq puts back in order.
-  const __m256i packed =
-      _mm256_packus_epi16(_mm256_unpacklo_epi16(y, uv), _mm256_unpackhi_epi16(y, uv));
+  // packuswb (the limit 255) gives per lane Y0..Y3 Y8..Y11 U0 V0 U2 V2 U8
+  // V8 U10 V10 (and the same for pixels 4..7, 12..15); pshufb interleaves
+  // the halves to [p0..3 p8..11 | p4..7 p12..15] and vpermq orders them.
+  const __m256i interleave =
+      _mm256_setr_epi8(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15,  //
+                       0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15);
+  const __m256i packed = _mm256_shuffle_epi8(_mm256_packus_epi16(y, uv), interleave);
   return _mm256_permute4x64_epi64(packed, _MM_SHUFFLE(3, 1, 2, 0));
 }
 

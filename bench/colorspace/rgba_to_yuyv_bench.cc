@@ -7,6 +7,7 @@
 
 #include "QuillonBufferOperaU.h"
 #include "bench/bench_support.h"
+#include "colorspace/rgba_to_yuyv_row.h"
 
 #if defined(QBO_BENCH_LIBYUV)
 #include <libyuv.h>
@@ -82,6 +83,22 @@ void BM_QN_CS_BGR2YUYV_Frame(benchmark::State& state, KernelLevel level) {
 QBO_BENCH_STANDARDS(BM_QN_CS_BGRA2YUYV_Frame);
 QBO_BENCH_LEVELS(BM_QN_CS_BGRA2YUYVA_Frame);
 QBO_BENCH_LEVELS(BM_QN_CS_BGR2YUYV_Frame);
+
+// One 1920-pixel row again and again: the rows' arithmetic cost with the
+// data in the first-level cache.
+void BM_RgbaToYuyvRow(benchmark::State& state, RgbaToYuyvRowFn row, KernelLevel level) {
+  if (level > MachineKernelLevel()) state.SkipWithError("level not available on this CPU");
+  const RgbToYuyvParams params = SelectRgbToYuyvParams(true, true);
+  Frame src(kSrcPitch), dst(kDstPitch);
+  for (auto _ : state) {
+    row(src.data(), dst.data(), kFrameWidth, &params);
+    benchmark::ClobberMemory();
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * kSrcPitch));
+}
+BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, C/1920, RgbaToYuyvRow_C, KernelLevel::kC);
+BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, SSE2/1920, RgbaToYuyvRow_Any_SSE2, KernelLevel::kSse2);
+BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, AVX2/1920, RgbaToYuyvRow_Any_AVX2, KernelLevel::kAvx2);
 
 #if defined(QBO_BENCH_LIBYUV)
 // libyuv's "ARGB" is B, G, R, A in memory: the same bytes as BGRA here.
