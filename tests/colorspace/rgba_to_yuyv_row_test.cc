@@ -202,19 +202,25 @@ void SweepSimdRows(Check check) {
 
 std::size_t YuyvBytes(int width) { return static_cast<std::size_t>((width + 1) / 2 * 4); }
 
+// `simd` against `reference` on one row; the source of `src_bytes` ends at
+// an inaccessible page, so any over-read faults.
+void ExpectRowMatches(RgbaToYuyvRowFn reference, RgbaToYuyvRowFn simd, std::size_t src_bytes,
+                      bool bgra, bool bt709, int width, std::size_t offset, uint32_t seed) {
+  const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709);
+  PageEndBuffer src(src_bytes);
+  FillRandom(src.data(), src_bytes, seed);
+  GuardedBuffer expected(YuyvBytes(width), offset), actual(YuyvBytes(width), offset);
+  reference(src.data(), expected.data(), width, &params);
+  simd(src.data(), actual.data(), width, &params);
+  ASSERT_EQ(MismatchMap(expected.data(), actual.data(), YuyvBytes(width), 1, 4), "");
+  ASSERT_TRUE(actual.GuardsIntact());
+}
+
 TEST(RgbaToYuyvRowSimd, MatchesTheReference) {
   SweepSimdRows([](const SimdRows& rows, bool bgra, bool bt709, int width, std::size_t offset,
                    uint32_t seed) {
-    const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709);
-    // The source ends at an inaccessible page: any over-read faults.
-    const std::size_t src_bytes = static_cast<std::size_t>(4 * width);
-    PageEndBuffer src(src_bytes);
-    FillRandom(src.data(), src_bytes, seed);
-    GuardedBuffer expected(YuyvBytes(width), offset), actual(YuyvBytes(width), offset);
-    RgbaToYuyvRow_C(src.data(), expected.data(), width, &params);
-    rows.yuyv(src.data(), actual.data(), width, &params);
-    ASSERT_EQ(MismatchMap(expected.data(), actual.data(), YuyvBytes(width), 1, 4), "");
-    ASSERT_TRUE(actual.GuardsIntact());
+    ExpectRowMatches(RgbaToYuyvRow_C, rows.yuyv, static_cast<std::size_t>(4 * width), bgra,
+                     bt709, width, offset, seed);
   });
 }
 
@@ -240,16 +246,10 @@ TEST(RgbaToYuyvAlphaRowSimd, MatchesTheReference) {
 TEST(Rgb24ToYuyvRowSimd, MatchesTheReference) {
   SweepSimdRows([](const SimdRows& rows, bool bgr, bool bt709, int width, std::size_t offset,
                    uint32_t seed) {
-    const RgbToYuyvParams params = SelectRgbToYuyvParams(bgr, bt709);
     // A width of 4m + 3 reads a whole last group.
-    const std::size_t src_bytes = static_cast<std::size_t>(3 * ((width & 3) == 3 ? width + 1 : width));
-    PageEndBuffer src(src_bytes);
-    FillRandom(src.data(), src_bytes, seed);
-    GuardedBuffer expected(YuyvBytes(width), offset), actual(YuyvBytes(width), offset);
-    Rgb24ToYuyvRow_C(src.data(), expected.data(), width, &params);
-    rows.rgb24(src.data(), actual.data(), width, &params);
-    ASSERT_EQ(MismatchMap(expected.data(), actual.data(), YuyvBytes(width), 1, 4), "");
-    ASSERT_TRUE(actual.GuardsIntact());
+    const int read = (width & 3) == 3 ? width + 1 : width;
+    ExpectRowMatches(Rgb24ToYuyvRow_C, rows.rgb24, static_cast<std::size_t>(3 * read), bgr,
+                     bt709, width, offset, seed);
   });
 }
 

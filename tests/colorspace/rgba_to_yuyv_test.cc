@@ -154,29 +154,38 @@ void ExpectSplit(int32_t height, Order order, Expected& f0, Expected& f1, std::s
   }
 }
 
+// Runs `split(f0, pitch0, f1, pitch1, src, pitch, flip)` and checks both
+// fields against `row(src_row, out)` on the rows they must come from. The
+// pitches differ so the odd-row copy must take the smaller one; which field
+// is wider alternates with the seed.
+template <class Split, class Row>
+void ExpectYuyvSplit(Size size, Order order, const Source& src, uint32_t seed, Split split,
+                     Row row) {
+  const int32_t rows = (size.height + 1) / 2;
+  const int32_t row_bytes = static_cast<int32_t>(YuyvBytes(size.width));
+  const bool first_wider = seed & 1;
+  Plane f0(row_bytes + (first_wider ? 20 : 4), rows, seed + 1000);
+  Plane f1(row_bytes + (first_wider ? 4 : 20), rows, seed + 2000);
+  const Call call = Hand(src, order);
+  split(f0.Row(0), f0.pitch, f1.Row(0), f1.pitch, call.src, call.pitch, call.flip);
+  Expected e0(f0), e1(f1);
+  ExpectSplit(size.height, order, e0, e1, static_cast<std::size_t>(std::min(f0.pitch, f1.pitch)),
+              [&](int32_t j, uint8_t* out, int32_t, int) { row(src.Row(j), out); });
+  ExpectSame(e0, f0, static_cast<std::size_t>(f0.pitch));
+  ExpectSame(e1, f1, static_cast<std::size_t>(f1.pitch));
+}
+
 TEST(RgbaToYuyvSplit, EvenRowsToTheFirstFieldOddRowsToTheSecond) {
   ForEachCase([](Size size, Order order, bool bgra, int32_t bt709, uint32_t seed) {
     const SplitFn fn = bgra ? QN_CS_BGRA2YUYV_Split : QN_CS_RGBA2YUYV_Split;
-    const Source src(4 * size.width, size.height, seed);
-    const int32_t rows = (size.height + 1) / 2;
-    const int32_t row_bytes = static_cast<int32_t>(YuyvBytes(size.width));
-    // Pitches differ so the odd-row copy takes the smaller one; which
-    // field is wider alternates with the seed.
-    const bool first_wider = seed & 1;
-    Plane f0(row_bytes + (first_wider ? 20 : 4), rows, seed + 1000);
-    Plane f1(row_bytes + (first_wider ? 4 : 20), rows, seed + 2000);
-    const Call call = Hand(src, order);
-    fn(f0.Row(0), f0.pitch, f1.Row(0), f1.pitch, call.src, call.pitch, size.width, size.height,
-       bt709, call.flip);
-    Expected e0(f0), e1(f1);
     const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709 != 0);
-    ExpectSplit(size.height, order, e0, e1,
-                static_cast<std::size_t>(std::min(f0.pitch, f1.pitch)),
-                [&](int32_t j, uint8_t* out, int32_t, int) {
-                  RgbaToYuyvRow_C(src.Row(j), out, size.width, &params);
-                });
-    ExpectSame(e0, f0, static_cast<std::size_t>(f0.pitch));
-    ExpectSame(e1, f1, static_cast<std::size_t>(f1.pitch));
+    ExpectYuyvSplit(
+        size, order, Source(4 * size.width, size.height, seed), seed,
+        [&](void* f0, int32_t p0, void* f1, int32_t p1, const void* src, int32_t pitch,
+            int32_t flip) { fn(f0, p0, f1, p1, src, pitch, size.width, size.height, bt709, flip); },
+        [&](const uint8_t* src, uint8_t* out) {
+          RgbaToYuyvRow_C(src, out, size.width, &params);
+        });
   });
 }
 
@@ -358,22 +367,15 @@ TEST(Rgb24ToYuyvFrame, GroupCountComesFromThePitch) {
 TEST(Rgb24ToYuyvSplit, EvenRowsToTheFirstFieldOddRowsToTheSecond) {
   ForEachCase([](Size size, Order order, bool bgr, int32_t bt709, uint32_t seed) {
     const Rgb24SplitFn fn = bgr ? QN_CS_BGR2YUYV_Split : QN_CS_RGB2YUYV_Split;
-    const Source src((3 * size.width + 3) & ~3, size.height, seed);
-    const int32_t rows = (size.height + 1) / 2;
-    const int32_t row_bytes = static_cast<int32_t>(YuyvBytes(size.width));
-    Plane f0(row_bytes + 4, rows, seed + 1000), f1(row_bytes + 12, rows, seed + 2000);
-    const Call call = Hand(src, order);
-    fn(f0.Row(0), f0.pitch, f1.Row(0), f1.pitch, call.src, call.pitch, size.width, size.height,
-       bt709, call.flip);
-    Expected e0(f0), e1(f1);
     const RgbToYuyvParams params = SelectRgbToYuyvParams(bgr, bt709 != 0);
     // With the pitch rounded up to a multiple of 4, every pixel converts.
-    ExpectSplit(size.height, order, e0, e1, static_cast<std::size_t>(f0.pitch),
-                [&](int32_t j, uint8_t* out, int32_t, int) {
-                  Rgb24ToYuyvRow_C(src.Row(j), out, size.width, &params);
-                });
-    ExpectSame(e0, f0, static_cast<std::size_t>(f0.pitch));
-    ExpectSame(e1, f1, static_cast<std::size_t>(f1.pitch));
+    ExpectYuyvSplit(
+        size, order, Source((3 * size.width + 3) & ~3, size.height, seed), seed,
+        [&](void* f0, int32_t p0, void* f1, int32_t p1, const void* src, int32_t pitch,
+            int32_t flip) { fn(f0, p0, f1, p1, src, pitch, size.width, size.height, bt709, flip); },
+        [&](const uint8_t* src, uint8_t* out) {
+          Rgb24ToYuyvRow_C(src, out, size.width, &params);
+        });
   });
 }
 
