@@ -71,9 +71,9 @@ __m256i SixteenPixels(__m256i a, __m256i b, const Weights& w) {
                        0, 1, 0, 1, 4, 5, 4, 5, 8, 9, 8, 9, 12, 13, 12, 13);
   const __m256i b20 = _mm256_shuffle_epi8(b02, swap_words);
   const __m256i b11 = _mm256_shuffle_epi8(b13, low_word_twice);
-  __m256i uv = _mm256_add_epi16(_mm256_add_epi16(_mm256_mulhi_epi16(b02, w.uv_02),
-                                                 _mm256_mulhi_epi16(b20, w.uv_20)),
-                                _mm256_mulhi_epi16(b11, w.uv_11));
+  __m256i uv = _mm256_add_epi16(
+      _mm256_add_epi16(_mm256_mulhi_epi16(b02, w.uv_02), _mm256_mulhi_epi16(b20, w.uv_20)),
+      _mm256_mulhi_epi16(b11, w.uv_11));
   uv = _mm256_srli_epi16(_mm256_add_epi16(uv, _mm256_set1_epi16(16 + 4096)), 5);
 
   // packuswb (the limit 255) gives per lane Y0..Y3 Y8..Y11 U0 V0 U2 V2 U8
@@ -131,10 +131,12 @@ void Rgb24ToYuyvRow_AVX2(const uint8_t* src, uint8_t* dst, int width,
   // without reading past them; the last load holds pixels 12..15 from its
   // byte 4. pshufb spreads each 128-bit lane's four pixels to 32-bit lanes
   // with a zero byte 3.
-  const __m256i from0 = _mm256_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1,
-                                         0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
-  const __m256i from0_4 = _mm256_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1,
-                                           4, 5, 6, -1, 7, 8, 9, -1, 10, 11, 12, -1, 13, 14, 15, -1);
+  const __m256i from0 =
+      _mm256_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1,  //
+                       0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
+  const __m256i from0_4 =
+      _mm256_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1,  //
+                       4, 5, 6, -1, 7, 8, 9, -1, 10, 11, 12, -1, 13, 14, 15, -1);
   for (int x = 0; x < width; x += 16, src += 48, dst += 32) {
     const __m256i a = _mm256_shuffle_epi8(Load2x128(src, src + 12), from0);
     const __m256i b = _mm256_shuffle_epi8(Load2x128(src + 24, src + 32), from0_4);

@@ -59,14 +59,14 @@ __m128i EightPixels(__m128i a, __m128i b, const Weights& w) {
   const __m128i even = _mm_castps_si128(
       _mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), _MM_SHUFFLE(2, 0, 2, 0)));
   const __m128i b02 = EvenBytesQ7(even);
-  const __m128i b20 =
-      _mm_shufflehi_epi16(_mm_shufflelo_epi16(b02, _MM_SHUFFLE(2, 3, 0, 1)), _MM_SHUFFLE(2, 3, 0, 1));
+  const __m128i b20 = _mm_shufflehi_epi16(_mm_shufflelo_epi16(b02, _MM_SHUFFLE(2, 3, 0, 1)),
+                                          _MM_SHUFFLE(2, 3, 0, 1));
   const __m128i b13 = OddBytesQ7(even);
-  const __m128i b11 =
-      _mm_shufflehi_epi16(_mm_shufflelo_epi16(b13, _MM_SHUFFLE(2, 2, 0, 0)), _MM_SHUFFLE(2, 2, 0, 0));
-  __m128i uv = _mm_add_epi16(_mm_add_epi16(_mm_mulhi_epi16(b02, w.uv_02),
-                                           _mm_mulhi_epi16(b20, w.uv_20)),
-                             _mm_mulhi_epi16(b11, w.uv_11));
+  const __m128i b11 = _mm_shufflehi_epi16(_mm_shufflelo_epi16(b13, _MM_SHUFFLE(2, 2, 0, 0)),
+                                          _MM_SHUFFLE(2, 2, 0, 0));
+  __m128i uv =
+      _mm_add_epi16(_mm_add_epi16(_mm_mulhi_epi16(b02, w.uv_02), _mm_mulhi_epi16(b20, w.uv_20)),
+                    _mm_mulhi_epi16(b11, w.uv_11));
   uv = _mm_srli_epi16(_mm_add_epi16(uv, _mm_set1_epi16(16 + 4096)), 5);
 
   // y = Y0..Y7, uv = U0 V0 U2 V2 U4 V4 U6 V6; packus gives the limit 255.

@@ -51,9 +51,12 @@ void ExpectSame(const Expected& expected, const Plane& actual, std::size_t row_b
 
 struct Source {
   Source(int32_t pitch_in, int32_t rows_in, uint32_t seed)
-      : pitch(pitch_in), rows(rows_in),
+      : pitch(pitch_in),
+        rows(rows_in),
         bytes(RandomBytes(static_cast<std::size_t>(pitch_in) * rows_in + 16, seed)) {}
-  const uint8_t* Row(int32_t k) const { return bytes.data() + static_cast<std::ptrdiff_t>(k) * pitch; }
+  const uint8_t* Row(int32_t k) const {
+    return bytes.data() + static_cast<std::ptrdiff_t>(k) * pitch;
+  }
   int32_t pitch, rows;
   Bytes bytes;
 };
@@ -125,9 +128,9 @@ TEST(RgbaToYuyvFrame, EachRowFromItsSourceRow) {
     const Source src(4 * size.width + 12, size.height, seed);
     Plane dst(static_cast<int32_t>(YuyvBytes(size.width)) + 6, size.height, seed + 1000);
     const Call call = Hand(src, order);
-    EXPECT_EQ(fn(dst.Row(0), dst.pitch, call.src, call.pitch, size.width, size.height, bt709,
-                 call.flip),
-              0);
+    EXPECT_EQ(
+        fn(dst.Row(0), dst.pitch, call.src, call.pitch, size.width, size.height, bt709, call.flip),
+        0);
     Expected expected(dst);
     const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709 != 0);
     for (int32_t i = 0; i < size.height; ++i) {
@@ -183,9 +186,7 @@ TEST(RgbaToYuyvSplit, EvenRowsToTheFirstFieldOddRowsToTheSecond) {
         size, order, Source(4 * size.width, size.height, seed), seed,
         [&](void* f0, int32_t p0, void* f1, int32_t p1, const void* src, int32_t pitch,
             int32_t flip) { fn(f0, p0, f1, p1, src, pitch, size.width, size.height, bt709, flip); },
-        [&](const uint8_t* src, uint8_t* out) {
-          RgbaToYuyvRow_C(src, out, size.width, &params);
-        });
+        [&](const uint8_t* src, uint8_t* out) { RgbaToYuyvRow_C(src, out, size.width, &params); });
   });
 }
 
@@ -201,8 +202,8 @@ TEST(RgbaToYuyvaFrame, WritesYuyvAndAlphaRows) {
     Expected e_dst(dst), e_alpha(alpha);
     const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709 != 0);
     for (int32_t i = 0; i < size.height; ++i) {
-      RgbaToYuyvAlphaRow_C(src.Row(SourceRow(i, size.height, order)), e_dst.Row(i),
-                           e_alpha.Row(i), size.width, &params);
+      RgbaToYuyvAlphaRow_C(src.Row(SourceRow(i, size.height, order)), e_dst.Row(i), e_alpha.Row(i),
+                           size.width, &params);
     }
     ExpectSame(e_dst, dst, static_cast<std::size_t>(dst.pitch));
     ExpectSame(e_alpha, alpha, static_cast<std::size_t>(alpha.pitch));
@@ -218,8 +219,8 @@ TEST(RgbaToYuyvaSplit, FieldsWithTheirAlphaRows) {
     Plane f0(row_bytes + 8, rows, seed + 1000), f1(row_bytes, rows, seed + 2000);
     Plane a0(size.width + 1, rows, seed + 3000), a1(size.width + 9, rows, seed + 4000);
     const Call call = Hand(src, order);
-    fn(f0.Row(0), f0.pitch, a0.Row(0), a0.pitch, f1.Row(0), f1.pitch, a1.Row(0), a1.pitch,
-       call.src, call.pitch, size.width, size.height, bt709, call.flip);
+    fn(f0.Row(0), f0.pitch, a0.Row(0), a0.pitch, f1.Row(0), f1.pitch, a1.Row(0), a1.pitch, call.src,
+       call.pitch, size.width, size.height, bt709, call.flip);
     Expected e0(f0), e1(f1), ea0(a0), ea1(a1);
     const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709 != 0);
     ExpectSplit(size.height, order, e0, e1, static_cast<std::size_t>(f1.pitch),
@@ -258,8 +259,8 @@ TEST(Rgb32ToYuv16AaFrame, WidthChoosesTheStandardAndByteFlagsCount) {
     bool expect_bgra, expect_709, expect_flip;
   };
   const Case cases[] = {
-      {1439, 0, 0, 0, false, false, false},     {1440, 0, 0, 0, false, true, false},
-      {1440, 1, 1, 1, true, true, true},        {1439, 7, 0x100, 0x100, false, false, false},
+      {1439, 0, 0, 0, false, false, false},       {1440, 0, 0, 0, false, true, false},
+      {1440, 1, 1, 1, true, true, true},          {1439, 7, 0x100, 0x100, false, false, false},
       {1441, 0, 0x1FF, 0x200, true, true, false},
   };
   constexpr int32_t kHeight = 3;
@@ -271,9 +272,8 @@ TEST(Rgb32ToYuv16AaFrame, WidthChoosesTheStandardAndByteFlagsCount) {
       const int32_t yuyv_pitch = static_cast<int32_t>(YuyvBytes(c.width));
       Plane dst(yuyv_pitch, kHeight, 6), alpha(c.width + 1, kHeight, 7);
       Plane ref(yuyv_pitch, kHeight, 6), ref_alpha(c.width + 1, kHeight, 7);
-      QN_RGB32_2_YUV16_AA_Frame(dst.Row(0), dst.pitch, alpha.Row(0), alpha.pitch,
-                                src.bytes.data(), src.pitch, c.width, kHeight, c.reserved,
-                                c.is_bgra, c.flip);
+      QN_RGB32_2_YUV16_AA_Frame(dst.Row(0), dst.pitch, alpha.Row(0), alpha.pitch, src.bytes.data(),
+                                src.pitch, c.width, kHeight, c.reserved, c.is_bgra, c.flip);
       const AlphaFrameFn fn = c.expect_bgra ? QN_CS_BGRA2YUYVA_Frame : QN_CS_RGBA2YUYVA_Frame;
       fn(ref.Row(0), ref.pitch, ref_alpha.Row(0), ref_alpha.pitch, src.bytes.data(), src.pitch,
          c.width, kHeight, c.expect_709, c.expect_flip);
@@ -290,15 +290,15 @@ TEST(RgbToYuyvExports, EmptySizesWriteNothing) {
     SCOPED_TRACE(::testing::Message() << s.width << "x" << s.height);
     Plane d0(32, 4, 1), d1(32, 4, 2), a0(16, 4, 3), a1(16, 4, 4);
     QN_CS_RGBA2YUYV_Frame(d0.Row(0), 32, src.bytes.data(), 64, s.width, s.height, 0, 0);
-    QN_CS_BGRA2YUYV_Split(d0.Row(0), 32, d1.Row(0), 32, src.bytes.data(), 64, s.width, s.height,
-                          1, 1);
+    QN_CS_BGRA2YUYV_Split(d0.Row(0), 32, d1.Row(0), 32, src.bytes.data(), 64, s.width, s.height, 1,
+                          1);
     QN_CS_BGRA2YUYVA_Split(d0.Row(0), 32, a0.Row(0), 16, d1.Row(0), 32, a1.Row(0), 16,
                            src.bytes.data(), 64, s.width, s.height, 0, 0);
-    QN_RGB32_2_YUV16_AA_Frame(d0.Row(0), 32, a0.Row(0), 16, src.bytes.data(), 64, s.width,
-                              s.height, 0, 0, 0);
+    QN_RGB32_2_YUV16_AA_Frame(d0.Row(0), 32, a0.Row(0), 16, src.bytes.data(), 64, s.width, s.height,
+                              0, 0, 0);
     QN_CS_RGB2YUYV_Frame(d0.Row(0), 32, src.bytes.data(), 48, s.width, s.height, 0, 0);
-    QN_CS_BGR2YUYV_Split(d0.Row(0), 32, d1.Row(0), 32, src.bytes.data(), 48, s.width, s.height,
-                         0, 1);
+    QN_CS_BGR2YUYV_Split(d0.Row(0), 32, d1.Row(0), 32, src.bytes.data(), 48, s.width, s.height, 0,
+                         1);
     for (Plane* p : {&d0, &d1, &a0, &a1}) {
       EXPECT_EQ(std::memcmp(p->buf.data(), p->before.data(), p->before.size()), 0);
       EXPECT_TRUE(p->buf.GuardsIntact());
@@ -308,8 +308,7 @@ TEST(RgbToYuyvExports, EmptySizesWriteNothing) {
 
 // ---- 24-bit frames and splits ------------------------------------------
 
-using Rgb24Fn = void (*)(void*, int32_t, const void*, int32_t, int32_t, int32_t, int32_t,
-                         int32_t);
+using Rgb24Fn = void (*)(void*, int32_t, const void*, int32_t, int32_t, int32_t, int32_t, int32_t);
 using Rgb24SplitFn = void (*)(void*, int32_t, void*, int32_t, const void*, int32_t, int32_t,
                               int32_t, int32_t, int32_t);
 
@@ -341,15 +340,14 @@ TEST(Rgb24ToYuyvFrame, GroupCountComesFromThePitch) {
     for (const Case& c : cases) {
       for (Order order : kOrders) {
         for (bool bgr : {false, true}) {
-          SCOPED_TRACE(::testing::Message() << "width " << c.width << " pitch " << c.pitch << " "
-                                            << Name(order) << (bgr ? " BGR" : " RGB") << " seed "
-                                            << seed);
+          SCOPED_TRACE(::testing::Message()
+                       << "width " << c.width << " pitch " << c.pitch << " " << Name(order)
+                       << (bgr ? " BGR" : " RGB") << " seed " << seed);
           const Rgb24Fn fn = bgr ? QN_CS_BGR2YUYV_Frame : QN_CS_RGB2YUYV_Frame;
           const Source src(c.pitch, kHeight, seed++);
           Plane dst(static_cast<int32_t>(YuyvBytes(c.converted)) + 4, kHeight, seed++);
           const Call call = Hand(src, order);
-          fn(dst.Row(0), dst.pitch, call.src, call.pitch, c.width, kHeight, bgr ? 0 : 1,
-             call.flip);
+          fn(dst.Row(0), dst.pitch, call.src, call.pitch, c.width, kHeight, bgr ? 0 : 1, call.flip);
           Expected expected(dst);
           const RgbToYuyvParams params = SelectRgbToYuyvParams(bgr, !bgr);
           for (int32_t i = 0; i < kHeight; ++i) {
@@ -373,9 +371,7 @@ TEST(Rgb24ToYuyvSplit, EvenRowsToTheFirstFieldOddRowsToTheSecond) {
         size, order, Source((3 * size.width + 3) & ~3, size.height, seed), seed,
         [&](void* f0, int32_t p0, void* f1, int32_t p1, const void* src, int32_t pitch,
             int32_t flip) { fn(f0, p0, f1, p1, src, pitch, size.width, size.height, bt709, flip); },
-        [&](const uint8_t* src, uint8_t* out) {
-          Rgb24ToYuyvRow_C(src, out, size.width, &params);
-        });
+        [&](const uint8_t* src, uint8_t* out) { Rgb24ToYuyvRow_C(src, out, size.width, &params); });
   });
 }
 
