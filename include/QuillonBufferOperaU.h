@@ -176,6 +176,107 @@ QBO_API void QBO_CALLEE QN_CS_24_to_32_Split(void* dst0, int32_t dst_pitch0, voi
                                              int32_t src_pitch, const void* alpha,
                                              int32_t alpha_pitch, int32_t width, int32_t height,
                                              int32_t flip, int32_t alpha_flip);
+/* RGB to YUYV
+ * 32-bit RGBA or BGRA, or packed 24-bit RGB or BGR, to YUYV (Y0 U Y1 V per
+ * pair of pixels), full range: black gives Y 0, white Y 255, greys U and V
+ * 128. `bt709` non-zero selects BT.709, zero BT.601. `flip` non-zero reads
+ * the source bottom-up (destination row 0 from the last source row); the
+ * destination is always written top-down. Pitches are signed byte
+ * distances. A pair takes U and V from its first pixel alone.
+ * A width or height of 0 or less writes nothing. No argument is checked
+ * and no memory is taken.
+ *
+ * Row tails (32-bit sources): an odd width writes one whole group for the
+ * last pixel, Y U Y V with its luma twice, so a row writes 2 * width bytes
+ * rounded up to a multiple of 4. In BGRA order with BT.601, the U of the
+ * last pair or single pixel of a row whose width is not a multiple of 4 is
+ * always 128.
+ *
+ * YUYVA forms also write byte 3 of every pixel to the alpha plane. With an
+ * odd width the last alpha byte is (A | byte 2 of that pixel), and the
+ * byte after it is set to 0: the alpha row takes width + 1 bytes.
+ *
+ * Split forms write source rows 0, 2, 4, ... to the first field and 1, 3,
+ * 5, ... to the second (rows counted from the bottom when flipped). With an
+ * odd height the last row goes to the first field and is then copied into
+ * the second as min(|dstPitch0|, |dstPitch1|) bytes (padding included),
+ * and its alpha row as min(|alphaPitch0|, |alphaPitch1|) bytes.
+ *
+ * QN_CS_RGBA2YUYV_Frame and QN_CS_BGRA2YUYV_Frame return 0.
+ * QN_RGB32_2_YUV16_AA_Frame: RGBA, or BGRA when the low byte of isBgra is
+ *   non-zero; BT.709 when width >= 1440, BT.601 below; the low byte of
+ *   `flip` counts; `reserved` has no effect.
+ *
+ * 24-bit forms (QN_CS_RGB2YUYV_*, QN_CS_BGR2YUYV_*): the count of
+ *   four-pixel groups is taken from the source pitch, g =
+ *   (|srcPitch| - 4) / 12 rounded toward zero, not from the width; then,
+ *   with r = width - 4g: if r has bit 2 set (r = 4..7, or a negative r
+ *   with that bit) one more group; if r is 3 one more group, which reads 3
+ *   bytes past the row's last pixel; if r is 2 a pair; if r is 1 a single
+ *   pixel. So with srcPitch = 3 * width rounded up to a multiple of 4 every
+ *   pixel converts; with srcPitch exactly 3 * width a width of 4m + 1 leaves
+ *   its last pixel unwritten; a larger pitch converts more groups than the
+ *   width holds, reading and writing past the row.
+ */
+QBO_API int32_t QBO_CALLEE QN_CS_RGBA2YUYV_Frame(void* dst, int32_t dstPitch, const void* src,
+                                                 int32_t srcPitch, int32_t width, int32_t height,
+                                                 int32_t bt709, int32_t flip);
+QBO_API int32_t QBO_CALLEE QN_CS_BGRA2YUYV_Frame(void* dst, int32_t dstPitch, const void* src,
+                                                 int32_t srcPitch, int32_t width, int32_t height,
+                                                 int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_RGBA2YUYV_Split(void* dst0, int32_t dstPitch0, void* dst1,
+                                              int32_t dstPitch1, const void* src,
+                                              int32_t srcPitch, int32_t width, int32_t height,
+                                              int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_BGRA2YUYV_Split(void* dst0, int32_t dstPitch0, void* dst1,
+                                              int32_t dstPitch1, const void* src,
+                                              int32_t srcPitch, int32_t width, int32_t height,
+                                              int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_RGBA2YUYVA_Frame(void* dst, int32_t dstPitch, void* alpha,
+                                               int32_t alphaPitch, const void* src,
+                                               int32_t srcPitch, int32_t width, int32_t height,
+                                               int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_BGRA2YUYVA_Frame(void* dst, int32_t dstPitch, void* alpha,
+                                               int32_t alphaPitch, const void* src,
+                                               int32_t srcPitch, int32_t width, int32_t height,
+                                               int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_RGBA2YUYVA_Split(void* dst0, int32_t dstPitch0, void* alpha0,
+                                               int32_t alphaPitch0, void* dst1,
+                                               int32_t dstPitch1, void* alpha1,
+                                               int32_t alphaPitch1, const void* src,
+                                               int32_t srcPitch, int32_t width, int32_t height,
+                                               int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QNCS_RGBA2YUYVA_Split(void* dst0, int32_t dstPitch0, void* alpha0,
+                                              int32_t alphaPitch0, void* dst1, int32_t dstPitch1,
+                                              void* alpha1, int32_t alphaPitch1, const void* src,
+                                              int32_t srcPitch, int32_t width, int32_t height,
+                                              int32_t bt709, int32_t flip);
+/* QBO_ALIAS_OF(QN_CS_RGBA2YUYVA_Split) */
+QBO_API void QBO_CALLEE QN_CS_BGRA2YUYVA_Split(void* dst0, int32_t dstPitch0, void* alpha0,
+                                               int32_t alphaPitch0, void* dst1,
+                                               int32_t dstPitch1, void* alpha1,
+                                               int32_t alphaPitch1, const void* src,
+                                               int32_t srcPitch, int32_t width, int32_t height,
+                                               int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_RGB32_2_YUV16_AA_Frame(void* dst, int32_t dstPitch, void* alpha,
+                                                  int32_t alphaPitch, const void* src,
+                                                  int32_t srcPitch, int32_t width,
+                                                  int32_t height, int32_t reserved,
+                                                  int32_t isBgra, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_RGB2YUYV_Frame(void* dst, int32_t dstPitch, const void* src,
+                                             int32_t srcPitch, int32_t width, int32_t height,
+                                             int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_BGR2YUYV_Frame(void* dst, int32_t dstPitch, const void* src,
+                                             int32_t srcPitch, int32_t width, int32_t height,
+                                             int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_RGB2YUYV_Split(void* dst0, int32_t dstPitch0, void* dst1,
+                                             int32_t dstPitch1, const void* src, int32_t srcPitch,
+                                             int32_t width, int32_t height, int32_t bt709,
+                                             int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_BGR2YUYV_Split(void* dst0, int32_t dstPitch0, void* dst1,
+                                             int32_t dstPitch1, const void* src, int32_t srcPitch,
+                                             int32_t width, int32_t height, int32_t bt709,
+                                             int32_t flip);
 
 #ifdef __cplusplus
 }
