@@ -92,6 +92,132 @@ QBO_API int32_t QBO_CALLEE QN_ColorMixLine(int32_t a0, int32_t a1, int32_t a2);
 /* ---- Resampling, blur, YUYV split, YUYV alpha mixing ------------------- */
 
 /* ---- Fields, frames and 4:2:0 <-> 4:2:2 layouts ------------------------- */
+/* No argument of these exports is checked and none reports anything; they
+ * return nothing. Widths are in pixels, heights in rows of the frame, and
+ * every pitch is a signed byte distance between row starts (negative
+ * pitches walk a plane upwards). A width of 0 or less writes nothing.
+ *
+ * Interlace: the top field is frame rows 0, 2, 4, ..., the bottom field
+ * rows 1, 3, 5, ...; a field buffer holds its rows consecutively.
+ *
+ * QN_CS_ComposeFields / QN_CS_SplitFrame: move width x bytesPerPixel bytes
+ *   a row between a frame and its two fields, for height / 2 row pairs. An
+ *   odd last frame row is neither read nor written.
+ * QN_CS_ComposeYUV422_Frame: planar 4:2:2 (chroma planes width / 2 wide)
+ *   to one YUYV frame. With an odd width the last pixel's two bytes keep
+ *   what they held.
+ * QN_CS_ComposeYUV422_Split: the same into two YUYV field buffers. With an
+ *   odd height both fields get height / 2 + 1 rows: the last plane row
+ *   fills the top field's last row, which is copied (2 x width bytes)
+ *   into the bottom field's last row.
+ *
+ * QN_CS_420_422_*: interlaced planar 4:2:0 (chroma planes width / 2 by
+ *   height / 2; plane rows 0, 2, ... carry the top field's chroma, rows
+ *   1, 3, ... the bottom field's) to YUYV, chroma interpolated within each
+ *   field: quarters in both fields, or XDCAM eighths that differ per field.
+ *   2 x (height / 2) rows are written; an odd last frame row is untouched.
+ *   No chroma row past height / 2 is read: a field reference past the
+ *   field's own last chroma row takes that last row (with height / 2 odd
+ *   the bottom field's last output rows use its second-to-last field
+ *   chroma row for the missing last one). Short pictures (height below 6)
+ *   follow the same clamp; the bottom field of a 2- or 3-row picture,
+ *   which has no chroma row of its own, uses plane row 0.
+ *   Height exactly 576: after the conversion the last picture row (Frame:
+ *   frame row 575; Split: bottom field row 287) is overwritten with YUYV
+ *   black (16, 128, 16, 128 ...) over |pitch| bytes rounded down to a
+ *   multiple of 4, the padding included.
+ *   QN_CS_420_422_YUVSplit hands the whole call to the VelaVid acceleration
+ *   module when it provides its 4:2:0-to-4:2:2 entry.
+ *
+ * QN_CS_422_420_*: YUYV to planar 4:2:0. Y is copied row for row (an odd
+ *   width's last pixel is not written). Chroma is decimated vertically:
+ *   Field forms treat the source as one field; Frame forms decimate each
+ *   field of an interlaced frame on its own (chroma rows 0, 2, ... from the
+ *   top field, 1, 3, ... from the bottom field).
+ *   Field: rows 2k, 2k + 1 average into chroma row k; an odd last row keeps
+ *     its chroma ((height + 1) / 2 chroma rows).
+ *   Frame: each group of 4 rows gives chroma rows 2m (top pair) and
+ *     2m + 1 (bottom pair). A remainder of 3 rows mixes the top pair and
+ *     keeps the middle row's chroma; 2 rows keep both chromas; a single
+ *     last row is dropped, its Y row included. Chroma planes therefore
+ *     need 2 x ((height / 2 + 1) / 2) rows. Heights below 4 follow the
+ *     same remainder rules.
+ *   XDCAM: 3:1 weights toward the top field's upper row or the bottom
+ *     field's lower row (Field_XDCAM: topField non-zero for a top field).
+ *     The trailing 2-pixel group of a row (width & 2 set) is shifted by
+ *     one bit less, so its chroma comes out doubled, saturated at 255.
+ *   _4: 4-tap (-a + 3b + 3c - d + 2) >> 2 per field (edge rows repeated);
+ *     sums are 16-bit and shifted logically, so a negative sum saturates to
+ *     255, not 0. A field with an odd row count ends with (3b - a + 1) >> 1,
+ *     and its last Y row then receives the chroma bytes of the row above,
+ *     each followed by 0, instead of luma. Frame_4 drops an odd last frame
+ *     row. Fewer than 3 rows a field (Field_4: height < 3; Frame_4:
+ *     height < 6) write nothing.
+ */
+QBO_API void QBO_CALLEE QN_CS_ComposeFields(void* dst, int32_t dstPitch, const void* top,
+                                            int32_t topPitch, const void* bottom,
+                                            int32_t bottomPitch, int32_t width, int32_t height,
+                                            int32_t bytesPerPixel);
+QBO_API void QBO_CALLEE QN_CS_SplitFrame(void* top, int32_t topPitch, void* bottom,
+                                         int32_t bottomPitch, const void* frame,
+                                         int32_t framePitch, int32_t width, int32_t height,
+                                         int32_t bytesPerPixel);
+QBO_API void QBO_CALLEE QN_CS_ComposeYUV422_Frame(void* dst, int32_t dstPitch, const void* srcY,
+                                                  int32_t yPitch, const void* srcU,
+                                                  int32_t uPitch, const void* srcV,
+                                                  int32_t vPitch, int32_t width, int32_t height);
+QBO_API void QBO_CALLEE QN_CS_ComposeYUV422_Split(void* dstTop, int32_t topPitch,
+                                                  void* dstBottom, int32_t bottomPitch,
+                                                  const void* srcY, int32_t yPitch,
+                                                  const void* srcU, int32_t uPitch,
+                                                  const void* srcV, int32_t vPitch,
+                                                  int32_t width, int32_t height);
+QBO_API void QBO_CALLEE QN_CS_420_422_YUVFrame(void* dst, int32_t dstPitch, const void* srcY,
+                                               int32_t yPitch, const void* srcU, int32_t uPitch,
+                                               const void* srcV, int32_t vPitch, int32_t width,
+                                               int32_t height);
+QBO_API void QBO_CALLEE QN_CS_420_422_YUVSplit(void* dstTop, int32_t topPitch, void* dstBottom,
+                                               int32_t bottomPitch, const void* srcY,
+                                               int32_t yPitch, const void* srcU, int32_t uPitch,
+                                               const void* srcV, int32_t vPitch, int32_t width,
+                                               int32_t height);
+QBO_API void QBO_CALLEE QN_CS_420_422_YUVFrame_XDCAM(void* dst, int32_t dstPitch,
+                                                     const void* srcY, int32_t yPitch,
+                                                     const void* srcU, int32_t uPitch,
+                                                     const void* srcV, int32_t vPitch,
+                                                     int32_t width, int32_t height);
+QBO_API void QBO_CALLEE QN_CS_420_422_YUVSplit_XDCAM(void* dstTop, int32_t topPitch,
+                                                     void* dstBottom, int32_t bottomPitch,
+                                                     const void* srcY, int32_t yPitch,
+                                                     const void* srcU, int32_t uPitch,
+                                                     const void* srcV, int32_t vPitch,
+                                                     int32_t width, int32_t height);
+QBO_API void QBO_CALLEE QN_CS_422_420_YUVField(void* dstY, int32_t yPitch, void* dstU,
+                                               int32_t uPitch, void* dstV, int32_t vPitch,
+                                               const void* src, int32_t srcPitch, int32_t width,
+                                               int32_t height);
+QBO_API void QBO_CALLEE QN_CS_422_420_YUVFrame(void* dstY, int32_t yPitch, void* dstU,
+                                               int32_t uPitch, void* dstV, int32_t vPitch,
+                                               const void* src, int32_t srcPitch, int32_t width,
+                                               int32_t height);
+QBO_API void QBO_CALLEE QN_CS_422_420_YUVField_4(void* dstY, int32_t yPitch, void* dstU,
+                                                 int32_t uPitch, void* dstV, int32_t vPitch,
+                                                 const void* src, int32_t srcPitch,
+                                                 int32_t width, int32_t height);
+QBO_API void QBO_CALLEE QN_CS_422_420_YUVFrame_4(void* dstY, int32_t yPitch, void* dstU,
+                                                 int32_t uPitch, void* dstV, int32_t vPitch,
+                                                 const void* src, int32_t srcPitch,
+                                                 int32_t width, int32_t height);
+QBO_API void QBO_CALLEE QN_CS_422_420_YUVField_XDCAM(void* dstY, int32_t yPitch, void* dstU,
+                                                     int32_t uPitch, void* dstV, int32_t vPitch,
+                                                     const void* src, int32_t srcPitch,
+                                                     int32_t width, int32_t height,
+                                                     int32_t topField);
+QBO_API void QBO_CALLEE QN_CS_422_420_YUVFrame_XDCAM(void* dstY, int32_t yPitch, void* dstU,
+                                                     int32_t uPitch, void* dstV, int32_t vPitch,
+                                                     const void* src, int32_t srcPitch,
+                                                     int32_t width, int32_t height);
+
 
 /* ---- Colour-space conversion and matrices ------------------------------ */
 
