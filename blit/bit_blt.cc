@@ -120,6 +120,6 @@ extern "C" QBO_API int32_t QBO_CALLEE QN_BitBlt(void* dst, int32_t dstX, int32_t
   if (mode != qbo::kBlitOver && mode != qbo::kBlitCopy && mode != qbo::kBlitOverInverted) {
     return QBO_E_FAIL;
   }
-  if (width != srcRectWidth || height != srcRectHeight) return qbo::StretchBilinear(args);
+  if (width != srcRectWidth || height != srcRectHeight) return qbo::Stretch(args);
   return qbo::SameSizeBlit(args);
 }

@@ -96,6 +96,18 @@ int32_t StretchBilinear(const BlitArgs& a) {
   return 1;
 }
 
+int32_t Stretch(const BlitArgs& a) {
+  if (a.mode != kBlitOver && a.mode != kBlitCopy && a.mode != kBlitOverInverted) {
+    return QBO_E_FAIL;
+  }
+  // Bilinear needs two source pixels each way; the over and copy modes
+  // average instead. The inverted blend interpolates regardless.
+  if (a.mode != kBlitOverInverted && (a.src_rect_width < 2 || a.src_rect_height < 2)) {
+    return StretchMean(a);
+  }
+  return StretchBilinear(a);
+}
+
 int32_t StretchMean(const BlitArgs& a) {
   if (a.mode != kBlitOver && a.mode != kBlitCopy && a.mode != kBlitOverInverted) return 0;
   if (!a.dst || !a.src) return 0;
@@ -168,18 +180,9 @@ QBO_API int32_t QBO_CALLEE QN_StretchBlt(void* dst, int32_t dstX, int32_t dstY, 
                                         int32_t srcRectWidth, int32_t srcRectHeight,
                                         int32_t srcWidth, int32_t srcHeight, int32_t mode,
                                         int32_t field) {
-  if (mode != qbo::kBlitOver && mode != qbo::kBlitCopy && mode != qbo::kBlitOverInverted) {
-    return QBO_E_FAIL;
-  }
-  const qbo::BlitArgs args =
-      qbo::MakeBlitArgs(dst, dstX, dstY, width, height, dstWidth, dstHeight, src, srcX, srcY,
-                        srcRectWidth, srcRectHeight, srcWidth, srcHeight, mode, field);
-  // Bilinear needs two source pixels each way; the over and copy modes
-  // average instead. The inverted blend interpolates regardless.
-  if (mode != qbo::kBlitOverInverted && (srcRectWidth < 2 || srcRectHeight < 2)) {
-    return qbo::StretchMean(args);
-  }
-  return qbo::StretchBilinear(args);
+  return qbo::Stretch(qbo::MakeBlitArgs(dst, dstX, dstY, width, height, dstWidth, dstHeight,
+                                        src, srcX, srcY, srcRectWidth, srcRectHeight, srcWidth,
+                                        srcHeight, mode, field));
 }
 
 QBO_API int32_t QBO_CALLEE QN_StretchBlt_Mean(void* dst, int32_t dstX, int32_t dstY,

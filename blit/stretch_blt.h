@@ -13,7 +13,9 @@ BlitArgs MakeBlitArgs(void* dst, int32_t dstX, int32_t dstY, int32_t width, int3
                       int32_t srcY, int32_t srcRectWidth, int32_t srcRectHeight,
                       int32_t srcWidth, int32_t srcHeight, int32_t mode, int32_t field);
 
-// QN_StretchBlt and QN_StretchBlt_Mean on widened arguments.
+// QN_StretchBlt (mode check and hand-over to the mean included), its
+// bilinear part, and QN_StretchBlt_Mean, on widened arguments.
+int32_t Stretch(const BlitArgs& a);
 int32_t StretchBilinear(const BlitArgs& a);
 int32_t StretchMean(const BlitArgs& a);
 
