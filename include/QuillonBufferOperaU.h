@@ -88,6 +88,79 @@ QBO_API int32_t QBO_CALLEE QN_ColorMixLine(int32_t a0, int32_t a1, int32_t a2);
 /* ---- Masks ------------------------------------------------------------ */
 
 /* ---- Block transfer, stretches, zooms, YUYV mean stretch --------------- */
+/* The transfers and stretches take 16 arguments: dst, dstX, dstY, width,
+ * height, dstWidth, dstHeight, src, srcX, srcY, srcRectWidth, srcRectHeight,
+ * srcWidth, srcHeight, mode, field. Buffers are 32-bit pixels whose width is
+ * also their row length; width x height is the destination rectangle,
+ * srcRectWidth x srcRectHeight the source rectangle. Negative starts are
+ * clipped away. mode: 0 = alpha over (byte 3 is alpha), 1 = copy, 2 = over
+ * with the source alpha read as transparency. field: 0 = every row, 1 = even
+ * destination rows, 2 = odd destination rows. Source and destination must
+ * not overlap.
+ *
+ * QN_BitBlt: returns QBO_E_FAIL when src is NULL (tested first) or mode is
+ *   not 0..2. When the rectangles differ in size it returns what
+ *   QN_StretchBlt returns for the same arguments. Otherwise 1 when rows were
+ *   transferred, 0 when nothing was (NULL dst, bad buffer sizes, rectangle
+ *   outside a buffer or empty after clipping, bad field). With a field
+ *   selected the start row moves down by one to the field's parity and the
+ *   height is not reduced: the last row written (read) can be the one just
+ *   below the clipped destination (source) rectangle. Leave one spare row
+ *   below both rectangles when selecting a field.
+ * QN_StretchBlt: bilinear. QBO_E_FAIL for a mode other than 0..2; modes 0
+ *   and 1 with srcRectWidth or srcRectHeight below 2 are served by
+ *   QN_StretchBlt_Mean. 1 when the transfer ran, 0 when a pointer is NULL, a
+ *   size is not positive, a start lies outside its buffer or nothing is
+ *   left after clipping. The last column (row) of a rectangle that stops
+ *   short of the buffer's edge interpolates with the buffer's next column
+ *   (row); a one-pixel-wide (one-row) buffer repeats its pixel instead.
+ * QN_StretchBlt_Mean: area mean; the same results, but 0 for an unknown
+ *   mode. With field 1 starting on an odd row, the rows written average the
+ *   same source areas as in a full-frame stretch.
+ */
+QBO_API int32_t QBO_CALLEE QN_BitBlt(void* dst, int32_t dstX, int32_t dstY, int32_t width,
+                                    int32_t height, int32_t dstWidth, int32_t dstHeight,
+                                    const void* src, int32_t srcX, int32_t srcY,
+                                    int32_t srcRectWidth, int32_t srcRectHeight,
+                                    int32_t srcWidth, int32_t srcHeight, int32_t mode,
+                                    int32_t field);
+QBO_API int32_t QBO_CALLEE QN_StretchBlt(void* dst, int32_t dstX, int32_t dstY, int32_t width,
+                                        int32_t height, int32_t dstWidth, int32_t dstHeight,
+                                        const void* src, int32_t srcX, int32_t srcY,
+                                        int32_t srcRectWidth, int32_t srcRectHeight,
+                                        int32_t srcWidth, int32_t srcHeight, int32_t mode,
+                                        int32_t field);
+QBO_API int32_t QBO_CALLEE QN_StretchBlt_Mean(void* dst, int32_t dstX, int32_t dstY,
+                                             int32_t width, int32_t height, int32_t dstWidth,
+                                             int32_t dstHeight, const void* src, int32_t srcX,
+                                             int32_t srcY, int32_t srcRectWidth,
+                                             int32_t srcRectHeight, int32_t srcWidth,
+                                             int32_t srcHeight, int32_t mode, int32_t field);
+
+/* QN_CS_YUYV2BGRA_MeanStretch, QN_CS_YUYV2RGBA_MeanStretch: area-mean
+ *   stretch of a YUYV rectangle into a 32-bit rectangle, converted on the
+ *   way (B,G,R,255 or R,G,B,255). Arguments: dst, dstPitch (bytes), dstX,
+ *   dstY, width, height, dstWidth, dstHeight, src, srcPitch (bytes), srcX,
+ *   srcY, srcRectWidth, srcRectHeight, srcWidth, srcHeight, matrix (0 =
+ *   BT.601, else BT.709), flip (non-zero: first row written at the bottom
+ *   of the rectangle, rows going up). Returns 1 when the transfer ran, 0
+ *   when a pointer is NULL or the clipping leaves nothing.
+ *   dstX and srcX displace by BYTES, not pixels: the destination row starts
+ *   dstX bytes in, the source row (srcX rounded down to even) bytes in.
+ *   Callers wanting pixel offsets pass 0 and offset the pointers
+ *   themselves. A source row is read as ceil(srcWidth / 2) four-byte groups.
+ */
+QBO_API int32_t QBO_CALLEE QN_CS_YUYV2BGRA_MeanStretch(
+    void* dst, int32_t dstPitch, int32_t dstX, int32_t dstY, int32_t width, int32_t height,
+    int32_t dstWidth, int32_t dstHeight, const void* src, int32_t srcPitch, int32_t srcX,
+    int32_t srcY, int32_t srcRectWidth, int32_t srcRectHeight, int32_t srcWidth,
+    int32_t srcHeight, int32_t matrix, int32_t flip);
+QBO_API int32_t QBO_CALLEE QN_CS_YUYV2RGBA_MeanStretch(
+    void* dst, int32_t dstPitch, int32_t dstX, int32_t dstY, int32_t width, int32_t height,
+    int32_t dstWidth, int32_t dstHeight, const void* src, int32_t srcPitch, int32_t srcX,
+    int32_t srcY, int32_t srcRectWidth, int32_t srcRectHeight, int32_t srcWidth,
+    int32_t srcHeight, int32_t matrix, int32_t flip);
+
 
 /* ---- Resampling, blur, YUYV split, YUYV alpha mixing ------------------- */
 
