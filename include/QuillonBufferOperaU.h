@@ -85,7 +85,40 @@ QBO_API void QBO_CALLEE QN_CalMask(int32_t a0, int32_t a1, int32_t a2, int32_t a
                                    int32_t a8, int32_t a9);
 QBO_API int32_t QBO_CALLEE QN_ColorMixLine(int32_t a0, int32_t a1, int32_t a2);
 
-/* ---- Masks ------------------------------------------------------------ */
+/* ---- Masks ------------------------------------------------------------
+ * An 8-bit mask is a plane of bytes, 0 transparent to 255 opaque, whose row
+ * length is its width. Each export places a source rectangle whose corner
+ * (srcX, srcY) lands at (x, y) of the destination and clips it to both
+ * planes; negative corners shift both sides together. A call is rejected,
+ * writing nothing, when a plane is NULL or empty (a width or height < 1),
+ * when x >= dstWidth, y >= dstHeight, srcX >= srcWidth or srcY >= srcHeight,
+ * or when nothing is left after clipping. Any int32 values are safe.
+ *
+ * QN_FillMaskColor: for each placed pixel of the 32-bit destination, alpha
+ *   (byte 3) becomes alpha x m / 255 rounded to nearest even, m the mask
+ *   byte; colour bytes are kept. The rectangle is the rest of the mask from
+ *   (maskX, maskY). Returns 1 always.
+ * QN_MixMask: d = d + s - (d x s + 255) / 256 (union of two coverages) over
+ *   a width x height rectangle. Returns QBO_E_FAIL after mixing and 1 when
+ *   rejected: hosts test these codes exactly as they are.
+ * QN_SubMask: d = d > s ? d - s : 0 over a width x height rectangle.
+ *   Returns 0 after subtracting and QBO_E_FAIL when rejected (the reverse
+ *   sense of QN_MixMask, also kept for hosts).
+ * The unnamed words of QN_MixMask and QN_SubMask are accepted and not read.
+ */
+QBO_API int32_t QBO_CALLEE QN_FillMaskColor(void* dst, int32_t x, int32_t y, int32_t dstWidth,
+                                            int32_t dstHeight, const void* mask, int32_t maskX,
+                                            int32_t maskY, int32_t maskWidth,
+                                            int32_t maskHeight);
+QBO_API int32_t QBO_CALLEE QN_MixMask(void* dst, int32_t x, int32_t y, int32_t width,
+                                      int32_t height, int32_t dstWidth, int32_t dstHeight,
+                                      const void* src, int32_t srcX, int32_t srcY,
+                                      int32_t unused0, int32_t unused1, int32_t srcWidth,
+                                      int32_t srcHeight);
+QBO_API int32_t QBO_CALLEE QN_SubMask(void* dst, int32_t x, int32_t y, int32_t dstWidth,
+                                      int32_t dstHeight, const void* src, int32_t srcX,
+                                      int32_t srcY, int32_t srcWidth, int32_t srcHeight,
+                                      int32_t width, int32_t height, int32_t unused);
 
 /* ---- Block transfer, stretches, zooms, YUYV mean stretch --------------- */
 /* The transfers and stretches take 16 arguments: dst, dstX, dstY, width,
@@ -161,6 +194,39 @@ QBO_API int32_t QBO_CALLEE QN_CS_YUYV2RGBA_MeanStretch(
     int32_t srcY, int32_t srcRectWidth, int32_t srcRectHeight, int32_t srcWidth,
     int32_t srcHeight, int32_t matrix, int32_t flip);
 
+
+/* Zooms
+ * Bilinear resizing in single precision, sampling from position 0 of the
+ * source at destination position 0 (no half-pixel centring). Samples past
+ * the last source row or column count as 0, so the right and bottom edges
+ * fade toward 0 where the position has a fraction. Both return 0 on
+ * success and QBO_E_FAIL on an argument error, writing nothing then.
+ *
+ * QN_BufferZoom: resizes a whole 8-bit plane (width = row length in bytes)
+ *   into another; the sum is taken in double precision and truncated.
+ *   Rejected: a NULL pointer or any size 0. A negative dstHeight writes
+ *   nothing and returns 0. A negative dstWidth, srcWidth or srcHeight has no
+ *   meaning as a plane and is rejected like 0 (QBO_E_FAIL, nothing written).
+ * QN_DwordBufferZoom: resizes the srcRectWidth x srcRectHeight rectangle at
+ *   (srcX, srcY) onto the width x height rectangle at (dstX, dstY), four
+ *   bytes of each 32-bit pixel alike (alpha included), rounded to nearest
+ *   even. Rectangles are clipped to their buffers keeping the scale. A
+ *   source rectangle overhanging the left edge moves the destination right
+ *   and widens it, the added columns sampling past the source rectangle and
+ *   coming out 0; overhanging the top it moves the destination down and
+ *   makes it shorter. Rejected: srcX >= srcWidth, srcY >= srcHeight,
+ *   dstX >= dstWidth, dstY >= dstHeight, any buffer or rectangle size < 1,
+ *   a NULL pointer, nothing left after clipping, or a clipping step whose
+ *   value leaves the 32-bit range.
+ */
+QBO_API int32_t QBO_CALLEE QN_BufferZoom(void* dst, int32_t dstWidth, int32_t dstHeight,
+                                         const void* src, int32_t srcWidth, int32_t srcHeight);
+QBO_API int32_t QBO_CALLEE QN_DwordBufferZoom(void* dst, int32_t dstX, int32_t dstY,
+                                              int32_t width, int32_t height, int32_t dstWidth,
+                                              int32_t dstHeight, const void* src, int32_t srcX,
+                                              int32_t srcY, int32_t srcRectWidth,
+                                              int32_t srcRectHeight, int32_t srcWidth,
+                                              int32_t srcHeight);
 
 /* ---- Resampling, blur, YUYV split, YUYV alpha mixing ------------------- */
 
