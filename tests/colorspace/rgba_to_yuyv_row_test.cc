@@ -202,13 +202,14 @@ void SweepSimdRows(Check check) {
 
 std::size_t YuyvBytes(int width) { return static_cast<std::size_t>((width + 1) / 2 * 4); }
 
-// `simd` against `reference` on one row; the source of `src_bytes` ends at
-// an inaccessible page, so any over-read faults.
+// `simd` against `reference` on one row. The source starts `offset` bytes
+// off its page-end alignment: at offset 0 it ends at an inaccessible page,
+// so any over-read faults; other offsets misalign it.
 void ExpectRowMatches(RgbaToYuyvRowFn reference, RgbaToYuyvRowFn simd, std::size_t src_bytes,
                       bool bgra, bool bt709, int width, std::size_t offset, uint32_t seed) {
   const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709);
-  PageEndBuffer src(src_bytes);
-  FillRandom(src.data(), src_bytes, seed);
+  PageEndBuffer src(src_bytes + offset);
+  FillRandom(src.data(), src.size(), seed);
   GuardedBuffer expected(YuyvBytes(width), offset), actual(YuyvBytes(width), offset);
   reference(src.data(), expected.data(), width, &params);
   simd(src.data(), actual.data(), width, &params);
@@ -229,8 +230,8 @@ TEST(RgbaToYuyvAlphaRowSimd, MatchesTheReference) {
                    uint32_t seed) {
     const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709);
     const std::size_t src_bytes = static_cast<std::size_t>(4 * width);
-    PageEndBuffer src(src_bytes);
-    FillRandom(src.data(), src_bytes, seed);
+    PageEndBuffer src(src_bytes + offset);
+    FillRandom(src.data(), src.size(), seed);
     const std::size_t alpha_bytes = static_cast<std::size_t>(width + (width & 1));
     GuardedBuffer expected(YuyvBytes(width), offset), actual(YuyvBytes(width), offset);
     GuardedBuffer expected_alpha(alpha_bytes, offset + 1), actual_alpha(alpha_bytes, offset + 1);
