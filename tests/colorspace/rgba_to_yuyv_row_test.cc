@@ -255,16 +255,19 @@ TEST(Rgb24ToYuyvRowSimd, MatchesTheReference) {
 }
 
 // Extremes that random bytes rarely hit: saturated primaries, black, white
-// and alpha 0/255, in every position of a SIMD block.
+// and alpha 0/255, in every position of a SIMD block, through every row.
 TEST(RgbaToYuyvRowSimd, MatchesTheReferenceOnExtremes) {
   const uint8_t levels[] = {0, 1, 127, 128, 254, 255};
-  Bytes src;
+  Bytes src, src24;
   for (uint8_t r : levels) {
     for (uint8_t g : levels) {
-      for (uint8_t b : levels) src.insert(src.end(), {r, g, b, static_cast<uint8_t>(r ^ b)});
+      for (uint8_t b : levels) {
+        src.insert(src.end(), {r, g, b, static_cast<uint8_t>(r ^ b)});
+        src24.insert(src24.end(), {r, g, b});
+      }
     }
   }
-  const int width = static_cast<int>(src.size() / 4);
+  const int width = static_cast<int>(src.size() / 4);  // 216, a multiple of 4
   for (const SimdRows& rows : kSimdRows) {
     if (rows.level > MachineKernelLevel()) continue;
     for (bool bgra : {kRgba, kBgra}) {
@@ -272,8 +275,14 @@ TEST(RgbaToYuyvRowSimd, MatchesTheReferenceOnExtremes) {
         SCOPED_TRACE(::testing::Message() << rows.name << " bgra " << bgra << " bt709 " << bt709);
         const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709);
         Bytes expected(YuyvBytes(width)), actual(YuyvBytes(width));
-        RgbaToYuyvRow_C(src.data(), expected.data(), width, &params);
+        Bytes expected_alpha(static_cast<std::size_t>(width)), actual_alpha(expected_alpha.size());
+        RgbaToYuyvAlphaRow_C(src.data(), expected.data(), expected_alpha.data(), width, &params);
         rows.yuyv(src.data(), actual.data(), width, &params);
+        EXPECT_EQ(MismatchMap(expected.data(), actual.data(), expected.size(), 1, 4), "");
+        rows.yuyva(src.data(), actual.data(), actual_alpha.data(), width, &params);
+        EXPECT_EQ(MismatchMap(expected.data(), actual.data(), expected.size(), 1, 4), "");
+        EXPECT_EQ(expected_alpha, actual_alpha);
+        rows.rgb24(src24.data(), actual.data(), width, &params);
         EXPECT_EQ(MismatchMap(expected.data(), actual.data(), expected.size(), 1, 4), "");
       }
     }
