@@ -289,5 +289,30 @@ TEST(RgbaToYuyvRowSimd, MatchesTheReferenceOnExtremes) {
   }
 }
 
+// The exports must run the rows of the level the table was filled at: the
+// entry tests cannot tell a reference row from a SIMD one by the bytes.
+TEST(ColorspaceKernels, RgbToYuyvRowsFollowTheLevel) {
+  ForEachLevel([](KernelLevel level) {
+    const ColorspaceKernels& k = Kernels().colorspace;
+    switch (level) {
+      case KernelLevel::kC:
+        EXPECT_EQ(k.rgba_to_yuyv, &RgbaToYuyvRow_C);
+        EXPECT_EQ(k.rgba_to_yuyva, &RgbaToYuyvAlphaRow_C);
+        EXPECT_EQ(k.rgb24_to_yuyv, &Rgb24ToYuyvRow_C);
+        break;
+      case KernelLevel::kSse2:
+        EXPECT_EQ(k.rgba_to_yuyv, &RgbaToYuyvRow_Any_SSE2);
+        EXPECT_EQ(k.rgba_to_yuyva, &RgbaToYuyvAlphaRow_Any_SSE2);
+        EXPECT_EQ(k.rgb24_to_yuyv, &Rgb24ToYuyvRow_Any_SSE2);
+        break;
+      case KernelLevel::kAvx2:
+        EXPECT_EQ(k.rgba_to_yuyv, &RgbaToYuyvRow_Any_AVX2);
+        EXPECT_EQ(k.rgba_to_yuyva, &RgbaToYuyvAlphaRow_Any_AVX2);
+        EXPECT_EQ(k.rgb24_to_yuyv, &Rgb24ToYuyvRow_Any_AVX2);
+        break;
+    }
+  });
+}
+
 }  // namespace
 }  // namespace qbo::test
