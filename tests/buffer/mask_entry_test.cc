@@ -152,8 +152,8 @@ TEST(MaskExports, PlacementMatchesThePixelModelAtEveryLevel) {
         const std::vector<uint8_t> src_data = RandomBytes(src_bytes, seed + 1);
         GuardedBuffer dst(dst_bytes, 1);
         PageEndBuffer src(src_bytes);
-        std::memcpy(dst.data(), before.data(), dst_bytes);
-        std::memcpy(src.data(), src_data.data(), src_bytes);
+        std::copy(before.begin(), before.end(), dst.data());
+        std::copy(src_data.begin(), src_data.end(), src.data());
         const Model m = Place(op, c);
         EXPECT_EQ(CallExport(op, dst.data(), src.data(), c), m.rejected ? Rejected(op) : Done(op));
         const std::vector<uint8_t> expected = Expected(op, before, src_data, c, m);
