@@ -128,14 +128,13 @@ QBO_API int32_t QBO_CALLEE QN_BufferZoom(void* dst, int32_t dstWidth, int32_t ds
   return 0;
 }
 
-QBO_API int32_t QBO_CALLEE QN_DwordBufferZoom(void* dst, int32_t dstX, int32_t dstY,
-                                              int32_t width, int32_t height, int32_t dstWidth,
-                                              int32_t dstHeight, const void* src, int32_t srcX,
-                                              int32_t srcY, int32_t srcRectWidth,
-                                              int32_t srcRectHeight, int32_t srcWidth,
-                                              int32_t srcHeight) {
-  qbo::DwordZoomRects r{dstX, dstY,         width,         height,   dstWidth, dstHeight,
-                        srcX, srcY,         srcRectWidth,  srcRectHeight, srcWidth, srcHeight};
+QBO_API int32_t QBO_CALLEE QN_DwordBufferZoom(void* dst, int32_t dstX, int32_t dstY, int32_t width,
+                                              int32_t height, int32_t dstWidth, int32_t dstHeight,
+                                              const void* src, int32_t srcX, int32_t srcY,
+                                              int32_t srcRectWidth, int32_t srcRectHeight,
+                                              int32_t srcWidth, int32_t srcHeight) {
+  qbo::DwordZoomRects r{dstX, dstY, width,        height,        dstWidth, dstHeight,
+                        srcX, srcY, srcRectWidth, srcRectHeight, srcWidth, srcHeight};
   if (!dst || !src || !qbo::ClipDwordZoom(&r)) return QBO_E_FAIL;
   const auto dst_pitch = static_cast<std::size_t>(r.dst_width) * sizeof(Pixel32);
   const auto src_pitch = static_cast<std::size_t>(r.src_width);

@@ -39,8 +39,8 @@ namespace qbo {
 using ZoomRowFn = void (*)(uint8_t* dst, const uint8_t* upper, const uint8_t* lower,
                            const float* fx, float fy, std::size_t width);
 
-void Zoom8Row_C(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx,
-                float fy, std::size_t width);
+void Zoom8Row_C(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx, float fy,
+                std::size_t width);
 void Zoom8Row_SSE2(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx,
                    float fy, std::size_t width);
 void Zoom8Row_AVX2(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx,

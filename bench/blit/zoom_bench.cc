@@ -43,12 +43,12 @@ void BM_QN_DwordBufferZoom(benchmark::State& state, KernelLevel level, bool down
   state.SetItemsProcessed(state.iterations() * DestinationPixels(down));
 }
 
-#define QBO_ZOOM_BENCH(fn)                                                                    \
-  BENCHMARK_CAPTURE(fn, Down_C, KernelLevel::kC, true)->Unit(benchmark::kMillisecond);        \
-  BENCHMARK_CAPTURE(fn, Down_SSE2, KernelLevel::kSse2, true)->Unit(benchmark::kMillisecond);  \
-  BENCHMARK_CAPTURE(fn, Down_AVX2, KernelLevel::kAvx2, true)->Unit(benchmark::kMillisecond);  \
-  BENCHMARK_CAPTURE(fn, Up_C, KernelLevel::kC, false)->Unit(benchmark::kMillisecond);         \
-  BENCHMARK_CAPTURE(fn, Up_SSE2, KernelLevel::kSse2, false)->Unit(benchmark::kMillisecond);   \
+#define QBO_ZOOM_BENCH(fn)                                                                   \
+  BENCHMARK_CAPTURE(fn, Down_C, KernelLevel::kC, true)->Unit(benchmark::kMillisecond);       \
+  BENCHMARK_CAPTURE(fn, Down_SSE2, KernelLevel::kSse2, true)->Unit(benchmark::kMillisecond); \
+  BENCHMARK_CAPTURE(fn, Down_AVX2, KernelLevel::kAvx2, true)->Unit(benchmark::kMillisecond); \
+  BENCHMARK_CAPTURE(fn, Up_C, KernelLevel::kC, false)->Unit(benchmark::kMillisecond);        \
+  BENCHMARK_CAPTURE(fn, Up_SSE2, KernelLevel::kSse2, false)->Unit(benchmark::kMillisecond);  \
   BENCHMARK_CAPTURE(fn, Up_AVX2, KernelLevel::kAvx2, false)->Unit(benchmark::kMillisecond)
 
 QBO_ZOOM_BENCH(BM_QN_BufferZoom);

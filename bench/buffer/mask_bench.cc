@@ -10,27 +10,20 @@ namespace {
 
 constexpr std::size_t kMaskBytes = std::size_t{kFrameWidth} * kFrameHeight;
 
-void BM_QN_MixMask(benchmark::State& state, KernelLevel level) {
+// x = 0 covers the planes whole (one long row); x = 1 runs row by row.
+void MixMaskAt(benchmark::State& state, KernelLevel level, int32_t x) {
   LevelScope scope(state, level);
   Frame dst(kMaskBytes), src(kMaskBytes);
   for (auto _ : state) {
-    QN_MixMask(dst.data(), 0, 0, kFrameWidth, kFrameHeight, kFrameWidth, kFrameHeight,
-               src.data(), 0, 0, 0, 0, kFrameWidth, kFrameHeight);
+    QN_MixMask(dst.data(), x, 0, kFrameWidth, kFrameHeight, kFrameWidth, kFrameHeight, src.data(),
+               0, 0, 0, 0, kFrameWidth, kFrameHeight);
     benchmark::ClobberMemory();
   }
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * kMaskBytes));
 }
 
-void BM_QN_MixMask_Rows(benchmark::State& state, KernelLevel level) {
-  LevelScope scope(state, level);
-  Frame dst(kMaskBytes), src(kMaskBytes);
-  for (auto _ : state) {
-    QN_MixMask(dst.data(), 1, 0, kFrameWidth, kFrameHeight, kFrameWidth, kFrameHeight,
-               src.data(), 0, 0, 0, 0, kFrameWidth, kFrameHeight);
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * kMaskBytes));
-}
+void BM_QN_MixMask(benchmark::State& state, KernelLevel level) { MixMaskAt(state, level, 0); }
+void BM_QN_MixMask_Rows(benchmark::State& state, KernelLevel level) { MixMaskAt(state, level, 1); }
 
 void BM_QN_SubMask(benchmark::State& state, KernelLevel level) {
   LevelScope scope(state, level);
@@ -47,8 +40,8 @@ void BM_QN_FillMaskColor(benchmark::State& state, KernelLevel level) {
   LevelScope scope(state, level);
   Frame dst(kMaskBytes * 4), mask(kMaskBytes);
   for (auto _ : state) {
-    QN_FillMaskColor(dst.data(), 0, 0, kFrameWidth, kFrameHeight, mask.data(), 0, 0,
-                     kFrameWidth, kFrameHeight);
+    QN_FillMaskColor(dst.data(), 0, 0, kFrameWidth, kFrameHeight, mask.data(), 0, 0, kFrameWidth,
+                     kFrameHeight);
     benchmark::ClobberMemory();
   }
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * kMaskBytes * 4));
