@@ -145,31 +145,21 @@ BENCHMARK(BM_swscale_RGB24ToBGRA)->Unit(benchmark::kMillisecond);
 #endif
 
 #if defined(QBO_BENCH_OPENCV)
-void BM_opencv_YUV2BGRA_YUY2(benchmark::State& state) {
+void BM_opencv_cvtColor(benchmark::State& state, int src_type, int code) {
   cv::setNumThreads(1);
-  Frame src(kYuyvBytes), dst(kBgraBytes);
-  const cv::Mat in(kH, kW, CV_8UC2, src.data());
+  Frame src(kW * kH * CV_ELEM_SIZE(src_type)), dst(kBgraBytes);
+  const cv::Mat in(kH, kW, src_type, src.data());
   cv::Mat out(kH, kW, CV_8UC4, dst.data());
   for (auto _ : state) {
-    cv::cvtColor(in, out, cv::COLOR_YUV2BGRA_YUY2);
+    cv::cvtColor(in, out, code);
     benchmark::ClobberMemory();
   }
   Finish(state, kBgraBytes);
 }
-BENCHMARK(BM_opencv_YUV2BGRA_YUY2)->Unit(benchmark::kMillisecond);
-
-void BM_opencv_BGR2BGRA(benchmark::State& state) {
-  cv::setNumThreads(1);
-  Frame src(kRgb24Bytes), dst(kBgraBytes);
-  const cv::Mat in(kH, kW, CV_8UC3, src.data());
-  cv::Mat out(kH, kW, CV_8UC4, dst.data());
-  for (auto _ : state) {
-    cv::cvtColor(in, out, cv::COLOR_BGR2BGRA);
-    benchmark::ClobberMemory();
-  }
-  Finish(state, kBgraBytes);
-}
-BENCHMARK(BM_opencv_BGR2BGRA)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_opencv_cvtColor, YUV2BGRA_YUY2, CV_8UC2, cv::COLOR_YUV2BGRA_YUY2)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_opencv_cvtColor, BGR2BGRA, CV_8UC3, cv::COLOR_BGR2BGRA)
+    ->Unit(benchmark::kMillisecond);
 #endif
 
 }  // namespace
