@@ -7,9 +7,7 @@
 namespace qbo {
 namespace {
 
-__m256i Load(const uint8_t* p) {
-  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
-}
+__m256i Load(const uint8_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
 void Store(uint8_t* p, __m256i v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
 
 // Scaled chroma of sixteen pixels straight from the YUYV bytes. With
@@ -25,8 +23,10 @@ void ChromaOf16(__m256i s, __m256i s2, __m256i s4, __m256i* du, __m256i* dv) {
                                         1, 1, 1, 3, 5, 5, 5, 7, 9, 9, 9, 11, 13, 13, 13, 15);
   const __m256i bias = _mm256_set1_epi8(static_cast<char>(0x80));
   const __m256i weights = _mm256_set1_epi8(64);
-  const __m256i u = _mm256_xor_si256(_mm256_shuffle_epi8(_mm256_blend_epi16(s, s2, 0xAA), pick), bias);
-  const __m256i v = _mm256_xor_si256(_mm256_shuffle_epi8(_mm256_blend_epi16(s2, s4, 0xAA), pick), bias);
+  const __m256i u =
+      _mm256_xor_si256(_mm256_shuffle_epi8(_mm256_blend_epi16(s, s2, 0xAA), pick), bias);
+  const __m256i v =
+      _mm256_xor_si256(_mm256_shuffle_epi8(_mm256_blend_epi16(s2, s4, 0xAA), pick), bias);
   *du = _mm256_maddubs_epi16(weights, u);
   *dv = _mm256_maddubs_epi16(weights, v);
 }
@@ -44,7 +44,8 @@ void ShiftedLast(__m256i s, __m256i* s2, __m256i* s4) {
   *s4 = _mm256_permutevar8x32_epi32(s, _mm256_setr_epi32(1, 2, 3, 4, 5, 6, 7, 7));
   // alignr shifts each half by two bytes, taking the two bytes that enter
   // from dword 4 (low half) and from the last dword, Y U of the last pair.
-  const __m256i entering = _mm256_permutevar8x32_epi32(s, _mm256_setr_epi32(4, 7, 7, 7, 7, 7, 7, 7));
+  const __m256i entering =
+      _mm256_permutevar8x32_epi32(s, _mm256_setr_epi32(4, 7, 7, 7, 7, 7, 7, 7));
   *s2 = _mm256_alignr_epi8(entering, s, 2);
 }
 
@@ -110,13 +111,12 @@ struct Yuyv24Block {
 
 }  // namespace
 
-#define QBO_DEFINE_YUYV_ROWS_AVX2(Name, Block)                                               \
-  void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {  \
-    ConvertYuyvBlocks(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                    \
-  }                                                                                          \
-  void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width,                          \
-                       const YuvToRgbVectors* v) {                                           \
-    ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                    \
+#define QBO_DEFINE_YUYV_ROWS_AVX2(Name, Block)                                                  \
+  void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {     \
+    ConvertYuyvBlocks(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                       \
+  }                                                                                             \
+  void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) { \
+    ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                       \
   }
 
 QBO_DEFINE_YUYV_ROWS_AVX2(YuyvToRgbaRow, Yuyv32Block<false>)

@@ -112,8 +112,8 @@ BENCHMARK(BM_libyuv_RGB24ToARGB)->Unit(benchmark::kMillisecond);
 #if defined(QBO_BENCH_SWSCALE)
 void RunSws(benchmark::State& state, AVPixelFormat from, std::size_t src_bytes, int src_stride,
             int colorspace) {
-  SwsContext* ctx = sws_getContext(kW, kH, from, kW, kH, AV_PIX_FMT_BGRA, SWS_POINT, nullptr,
-                                   nullptr, nullptr);
+  SwsContext* ctx =
+      sws_getContext(kW, kH, from, kW, kH, AV_PIX_FMT_BGRA, SWS_POINT, nullptr, nullptr, nullptr);
   if (!ctx) {
     state.SkipWithError("no swscale context");
     return;

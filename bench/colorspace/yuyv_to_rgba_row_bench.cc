@@ -23,11 +23,20 @@ void BM_YuyvToBgraRow(benchmark::State& state, YuyvToPixelsRowFn row, KernelLeve
   state.SetItemsProcessed(state.iterations() * width);
 }
 BENCHMARK_CAPTURE(BM_YuyvToBgraRow, C, YuyvToBgraRow_C, KernelLevel::kC)
-    ->Arg(64)->Arg(720)->Arg(1920)->Arg(3840);
+    ->Arg(64)
+    ->Arg(720)
+    ->Arg(1920)
+    ->Arg(3840);
 BENCHMARK_CAPTURE(BM_YuyvToBgraRow, SSE2, YuyvToBgraRow_Any_SSE2, KernelLevel::kSse2)
-    ->Arg(64)->Arg(720)->Arg(1920)->Arg(3840);
+    ->Arg(64)
+    ->Arg(720)
+    ->Arg(1920)
+    ->Arg(3840);
 BENCHMARK_CAPTURE(BM_YuyvToBgraRow, AVX2, YuyvToBgraRow_Any_AVX2, KernelLevel::kAvx2)
-    ->Arg(64)->Arg(720)->Arg(1920)->Arg(3840);
+    ->Arg(64)
+    ->Arg(720)
+    ->Arg(1920)
+    ->Arg(3840);
 
 void BM_Rgb24ToRgbaRow(benchmark::State& state, Rgb24ToRgbaRowFn row, KernelLevel level) {
   if (level > MachineKernelLevel()) state.SkipWithError("level not available on this CPU");
@@ -41,9 +50,15 @@ void BM_Rgb24ToRgbaRow(benchmark::State& state, Rgb24ToRgbaRowFn row, KernelLeve
 }
 BENCHMARK_CAPTURE(BM_Rgb24ToRgbaRow, C, Rgb24ToRgbaRow_C, KernelLevel::kC)->Arg(1920);
 BENCHMARK_CAPTURE(BM_Rgb24ToRgbaRow, SSE2, Rgb24ToRgbaRow_Any_SSE2, KernelLevel::kSse2)
-    ->Arg(64)->Arg(720)->Arg(1920)->Arg(3840);
+    ->Arg(64)
+    ->Arg(720)
+    ->Arg(1920)
+    ->Arg(3840);
 BENCHMARK_CAPTURE(BM_Rgb24ToRgbaRow, AVX2, Rgb24ToRgbaRow_Any_AVX2, KernelLevel::kAvx2)
-    ->Arg(64)->Arg(720)->Arg(1920)->Arg(3840);
+    ->Arg(64)
+    ->Arg(720)
+    ->Arg(1920)
+    ->Arg(3840);
 
 #if defined(QBO_BENCH_LIBYUV)
 void BM_libyuv_YUY2ToARGBRow_AVX2(benchmark::State& state) {
