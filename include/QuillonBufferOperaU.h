@@ -221,6 +221,88 @@ QBO_API void QBO_CALLEE QN_CS_422_420_YUVFrame_XDCAM(void* dstY, int32_t yPitch,
 
 /* ---- Colour-space conversion and matrices ------------------------------ */
 
+/* Matrices: 16 floats, 4 x 4 row by row, row r = output component r from
+ * input components (R, G, B, A) or (Y, U, V, A); U and V centred on zero,
+ * no offsets. `standard`: 1 = BT.709, 2 = BT.601 (both full range).
+ * QN_CS_GetMatYUVA2RGBA / QN_CS_GetMatRGBA2YUVA: pointer to the library's
+ *   constant matrix (same pointer on every call; never write or free it),
+ *   or NULL for any other standard.
+ * ..._Cell(row, column, standard): the float at row * 4 + column, 0.0 for
+ *   any other standard. Rows and columns must be 0..3; others read 0.0.
+ * QN_CS_GetMatLUVA2RGBA: a third YUVA-to-RGBA matrix, no selector. */
+QBO_API const float* QBO_CALLEE QN_CS_GetMatYUVA2RGBA(int32_t standard);
+QBO_API float QBO_CALLEE QN_CS_GetMatYUVA2RGBA_Cell(int32_t row, int32_t column,
+                                                    int32_t standard);
+QBO_API const float* QBO_CALLEE QN_CS_GetMatRGBA2YUVA(int32_t standard);
+QBO_API float QBO_CALLEE QN_CS_GetMatRGBA2YUVA_Cell(int32_t row, int32_t column,
+                                                    int32_t standard);
+QBO_API const float* QBO_CALLEE QN_CS_GetMatLUVA2RGBA(void);
+
+/* YUYV to opaque 32-bit RGBA / BGRA (alpha 255) and to 24-bit pixels.
+ * `bt709` non-zero selects BT.709, zero BT.601 (full range). `flip`
+ * non-zero writes the destination bottom-up; the source is always read
+ * top-down. `width`, `height` are those of the destination.
+ * Chroma: the odd pixel of a pair takes the mean of its pair's and the
+ * next pair's chroma; the last pair of a row uses its own.
+ * An odd width converts the whole last pair: it reads 2 * (width + 1)
+ * source bytes and writes one pixel more than `width`.
+ * Width or height below 1 writes nothing. No argument is checked.
+ * Frame forms return 1, except that QN_CS_YUYV2BGRA_Frame first hands the
+ * whole job to the VelaVid acceleration module when that provides it, and
+ * then returns the module's result instead (same pixels).
+ * Compose: destination rows 0, 2, 4, ... from field0 rows 0, 1, 2, ...,
+ *   rows 1, 3, 5, ... from field1; `height` counts the whole frame (field0
+ *   gives ceil(height / 2) rows, field1 floor(height / 2)).
+ * QN_CS_YUYV2RGB_Frame writes 3 bytes a pixel, R, G, B.
+ * QN_CS_YUYV2BGR_Frame writes exactly the same bytes, R, G, B, not B, G, R:
+ *   swap bytes 0 and 2 yourself if you need BGR. */
+QBO_API int32_t QBO_CALLEE QN_CS_YUYV2RGBA_Frame(void* dst, int32_t dst_pitch, const void* src,
+                                                 int32_t src_pitch, int32_t width, int32_t height,
+                                                 int32_t bt709, int32_t flip);
+QBO_API int32_t QBO_CALLEE QN_CS_YUYV2BGRA_Frame(void* dst, int32_t dst_pitch, const void* src,
+                                                 int32_t src_pitch, int32_t width, int32_t height,
+                                                 int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUYV2RGBA_Compose(void* dst, int32_t dst_pitch, const void* field0,
+                                                int32_t field0_pitch, const void* field1,
+                                                int32_t field1_pitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUYV2BGRA_Compose(void* dst, int32_t dst_pitch, const void* field0,
+                                                int32_t field0_pitch, const void* field1,
+                                                int32_t field1_pitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API int32_t QBO_CALLEE QN_CS_YUYV2RGB_Frame(void* dst, int32_t dst_pitch, const void* src,
+                                                int32_t src_pitch, int32_t width, int32_t height,
+                                                int32_t bt709, int32_t flip);
+QBO_API int32_t QBO_CALLEE QN_CS_YUYV2BGR_Frame(void* dst, int32_t dst_pitch, const void* src,
+                                                int32_t src_pitch, int32_t width, int32_t height,
+                                                int32_t bt709, int32_t flip);
+
+/* 24-bit to 32-bit: the three source bytes are copied unchanged (the colour
+ * order is kept) and byte 3 is alpha: alpha[i] of the row's alpha line when
+ * `alpha` is not NULL, else 255. `flip` reads the source bottom-up,
+ * `alpha_flip` the alpha plane, independently; destinations are written
+ * top-down. Width or height below 1 writes nothing.
+ * QN_CS_24_to_32_Split: source rows 2k and 2k + 1 go to row k of dst0 and
+ *   dst1 (the alpha plane advances with the source). With an odd height the
+ *   last row goes to dst0 and is copied whole into dst1: min(|dst_pitch0|,
+ *   |dst_pitch1|) bytes, padding included. When the VelaVid acceleration
+ *   module provides this conversion it does the whole job and the alpha
+ *   plane is NOT used (alpha is 255). */
+QBO_API void QBO_CALLEE QN_CS_24_to_32_Frame(void* dst, int32_t dst_pitch, const void* src,
+                                             int32_t src_pitch, const void* alpha,
+                                             int32_t alpha_pitch, int32_t width, int32_t height,
+                                             int32_t flip, int32_t alpha_flip);
+QBO_API void QBO_CALLEE ZQCS_24_to_32_Frame(void* dst, int32_t dst_pitch, const void* src,
+                                            int32_t src_pitch, const void* alpha,
+                                            int32_t alpha_pitch, int32_t width, int32_t height,
+                                            int32_t flip, int32_t alpha_flip);
+/* QBO_ALIAS_OF(QN_CS_24_to_32_Frame) */
+QBO_API void QBO_CALLEE QN_CS_24_to_32_Split(void* dst0, int32_t dst_pitch0, void* dst1,
+                                             int32_t dst_pitch1, const void* src,
+                                             int32_t src_pitch, const void* alpha,
+                                             int32_t alpha_pitch, int32_t width, int32_t height,
+                                             int32_t flip, int32_t alpha_flip);
+
 #ifdef __cplusplus
 }
 #endif
