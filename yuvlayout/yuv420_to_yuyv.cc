@@ -36,30 +36,23 @@ struct FieldTargets {
   int64_t pitch[2];
 };
 
-// Writes one step of field f from row r: a row whose chroma is one plane
-// row unchanged is a plain interleave; rows 2k + 1 and 2k + 2 mix the same
-// two chroma rows and go through the pair row together. Returns the next
-// row of the field.
+// Writes one step of field f from row r (see FieldChromaStepAt) and
+// returns the next row of the field. A lone mixed row goes through the pair
+// row as the same row twice.
 int ConvertStep(const FieldTargets& out, const Source420& src, int32_t width, int h2, int f,
                 int r, const FieldChromaWeights& weights) {
   const qbo::YuvLayoutKernels& k = qbo::Kernels().yuvlayout;
   auto dst = [&](int row) { return RowAt(out.base[f], out.pitch[f], row); };
   auto luma = [&](int row) { return src.y.Row(2 * row + f); };
-  const qbo::FieldChromaSource c = qbo::FieldChromaFor(r, h2, f, weights);
-  if (c.a == c.b) {
-    k.interleave_yuyv(dst(r), luma(r), src.u.Row(c.a), src.v.Row(c.a), width);
+  const qbo::FieldChromaStep step = qbo::FieldChromaStepAt(r, h2, f, weights);
+  if (step.a == step.b) {
+    k.interleave_yuyv(dst(r), luma(r), src.u.Row(step.a), src.v.Row(step.a), width);
     return r + 1;
   }
-  // The partner mixes the same rows; a row without one is written twice.
-  const bool paired = r + 1 < h2 && [&] {
-    const qbo::FieldChromaSource n = qbo::FieldChromaFor(r + 1, h2, f, weights);
-    return n.a == c.a && n.b == c.b;
-  }();
-  const int r1 = paired ? r + 1 : r;
-  const qbo::ChromaBlend w[2] = {c.w, qbo::FieldChromaFor(r1, h2, f, weights).w};
-  k.yuv420_to_yuyv_pair(dst(r), dst(r1), luma(r), luma(r1), src.u.Row(c.a), src.u.Row(c.b),
-                        src.v.Row(c.a), src.v.Row(c.b), width, w);
-  return r1 + 1;
+  const int r1 = r + step.rows - 1;
+  k.yuv420_to_yuyv_pair(dst(r), dst(r1), luma(r), luma(r1), src.u.Row(step.a),
+                        src.u.Row(step.b), src.v.Row(step.a), src.v.Row(step.b), width, step.w);
+  return r + step.rows;
 }
 
 // Writes the h2 rows of both fields, the two fields in step so the frame
