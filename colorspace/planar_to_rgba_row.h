@@ -14,10 +14,9 @@
 //   _SSE2 rows take width % 8 == 0, _AVX2 rows width % 16 == 0; they
 //   convert whole blocks whose every odd pixel has a next sample, so they
 //   read width / 2 + 1 samples: the caller keeps at least one pixel of the
-//   row for the tail (the _Any_ rows run the SIMD row on
-//   8 x ((width - 1) / 8) or 16 x ((width - 1) / 16) pixels and finish the
-//   1 .. 16 that remain with the narrower rows, which then see the row's
-//   true last pair).
+//   row for the tail. The _Any_ rows run the SIMD row on
+//   8 x ((width - 1) / 8) or 16 x ((width - 1) / 16) pixels and the last
+//   1 .. 8 or 1 .. 16 through the same row on a padded copy (PaddedTail).
 #ifndef QBO_COLORSPACE_PLANAR_TO_RGBA_ROW_H_
 #define QBO_COLORSPACE_PLANAR_TO_RGBA_ROW_H_
 
@@ -46,6 +45,28 @@ QBO_DECLARE_PLANAR_ROWS(PlanarToRgbaRow);
 QBO_DECLARE_PLANAR_ROWS(PlanarToBgraRow);
 
 #undef QBO_DECLARE_PLANAR_ROWS
+
+// Converts the row's last `count` pixels (1 .. kBlock) with a whole-block
+// row: luma and samples are copied into a block whose missing samples
+// repeat the last one, so the last pair's odd pixel mixes its own sample
+// with itself, 64 ((U - 128) + (U - 128)) == 128 (U - 128), exactly the
+// own-sample rule. Only `count` pixels are copied out; nothing outside the
+// caller's row is read or written.
+template <int kBlock>
+inline void PaddedTail(PlanarToPixelsRowFn block_row, uint8_t* dst, const uint8_t* y,
+                       const uint8_t* u, const uint8_t* v, int count,
+                       const YuvToRgbVectors* vectors) {
+  if (count <= 0) return;
+  uint8_t luma[kBlock] = {}, cu[kBlock / 2 + 1], cv[kBlock / 2 + 1], out[4 * kBlock];
+  const int samples = (count + 1) / 2;
+  for (int i = 0; i < count; ++i) luma[i] = y[i];
+  for (int k = 0; k <= kBlock / 2; ++k) {
+    cu[k] = u[k < samples ? k : samples - 1];
+    cv[k] = v[k < samples ? k : samples - 1];
+  }
+  block_row(out, luma, cu, cv, kBlock, vectors);
+  for (int i = 0; i < 4 * count; ++i) dst[i] = out[i];
+}
 
 }  // namespace qbo
 

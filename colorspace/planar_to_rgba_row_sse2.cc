@@ -52,20 +52,22 @@ void PlanarToBgraRow_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, cons
   PlanarToPixelsRow<true>(dst, y, u, v, width, *vectors);
 }
 
-// Whole blocks except the one holding the row's last pixel, which the
-// reference finishes with the true last pair.
+// Whole blocks except the one holding the row's last pixel, then that
+// block through the same row on a padded copy (see PaddedTail).
 void PlanarToRgbaRow_Any_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                               int width, const YuvToRgbVectors* vectors) {
   const int n = width > 0 ? (width - 1) & ~7 : 0;
   if (n) PlanarToRgbaRow_SSE2(dst, y, u, v, n, vectors);
-  PlanarToRgbaRow_C(dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n, vectors);
+  PaddedTail<8>(PlanarToRgbaRow_SSE2, dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n,
+                vectors);
 }
 
 void PlanarToBgraRow_Any_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                               int width, const YuvToRgbVectors* vectors) {
   const int n = width > 0 ? (width - 1) & ~7 : 0;
   if (n) PlanarToBgraRow_SSE2(dst, y, u, v, n, vectors);
-  PlanarToBgraRow_C(dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n, vectors);
+  PaddedTail<8>(PlanarToBgraRow_SSE2, dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n,
+                vectors);
 }
 
 }  // namespace qbo
