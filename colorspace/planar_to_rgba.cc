@@ -130,9 +130,14 @@ using qbo::Target;
 
 namespace {
 
-Target Field(void* dst, int32_t pitch, int32_t height, int32_t flip) {
-  return {static_cast<uint8_t*>(dst), pitch, height / 2, flip != 0};
-}
+// The two field buffers of the Split forms, height / 2 rows each.
+struct SplitTargets {
+  Target out[2];
+  SplitTargets(void* dst0, int32_t pitch0, void* dst1, int32_t pitch1, int32_t height,
+               int32_t flip)
+      : out{{static_cast<uint8_t*>(dst0), pitch0, height / 2, flip != 0},
+            {static_cast<uint8_t*>(dst1), pitch1, height / 2, flip != 0}} {}
+};
 
 }  // namespace
 
@@ -159,8 +164,8 @@ QBO_API void QBO_CALLEE QN_CS_YUV422_RGBA_Split(void* dst0, int32_t dstPitch0, v
                                                 int32_t yPitch, const void* srcU, int32_t uPitch,
                                                 const void* srcV, int32_t vPitch, int32_t width,
                                                 int32_t height, int32_t bt709, int32_t flip) {
-  const Target out[2] = {Field(dst0, dstPitch0, height, flip), Field(dst1, dstPitch1, height, flip)};
-  qbo::Convert422Split(MakeJob(false, width, bt709), out,
+  qbo::Convert422Split(MakeJob(false, width, bt709),
+                       SplitTargets(dst0, dstPitch0, dst1, dstPitch1, height, flip).out,
                        MakeSource(srcY, yPitch, srcU, uPitch, srcV, vPitch), height);
 }
 
@@ -169,8 +174,8 @@ QBO_API void QBO_CALLEE QN_CS_YUV422_BGRA_Split(void* dst0, int32_t dstPitch0, v
                                                 int32_t yPitch, const void* srcU, int32_t uPitch,
                                                 const void* srcV, int32_t vPitch, int32_t width,
                                                 int32_t height, int32_t bt709, int32_t flip) {
-  const Target out[2] = {Field(dst0, dstPitch0, height, flip), Field(dst1, dstPitch1, height, flip)};
-  qbo::Convert422Split(MakeJob(true, width, bt709), out,
+  qbo::Convert422Split(MakeJob(true, width, bt709),
+                       SplitTargets(dst0, dstPitch0, dst1, dstPitch1, height, flip).out,
                        MakeSource(srcY, yPitch, srcU, uPitch, srcV, vPitch), height);
 }
 
@@ -195,8 +200,8 @@ QBO_API void QBO_CALLEE QN_CS_YUV420_RGBA_Split(void* dst0, int32_t dstPitch0, v
                                                 int32_t yPitch, const void* srcU, int32_t uPitch,
                                                 const void* srcV, int32_t vPitch, int32_t width,
                                                 int32_t height, int32_t bt709, int32_t flip) {
-  const Target out[2] = {Field(dst0, dstPitch0, height, flip), Field(dst1, dstPitch1, height, flip)};
-  qbo::Convert420Fields(MakeJob(false, width, bt709), out,
+  qbo::Convert420Fields(MakeJob(false, width, bt709),
+                        SplitTargets(dst0, dstPitch0, dst1, dstPitch1, height, flip).out,
                         MakeSource(srcY, yPitch, srcU, uPitch, srcV, vPitch), height);
 }
 
@@ -205,8 +210,8 @@ QBO_API void QBO_CALLEE QN_CS_YUV420_BGRA_Split(void* dst0, int32_t dstPitch0, v
                                                 int32_t yPitch, const void* srcU, int32_t uPitch,
                                                 const void* srcV, int32_t vPitch, int32_t width,
                                                 int32_t height, int32_t bt709, int32_t flip) {
-  const Target out[2] = {Field(dst0, dstPitch0, height, flip), Field(dst1, dstPitch1, height, flip)};
-  qbo::Convert420Fields(MakeJob(true, width, bt709), out,
+  qbo::Convert420Fields(MakeJob(true, width, bt709),
+                        SplitTargets(dst0, dstPitch0, dst1, dstPitch1, height, flip).out,
                         MakeSource(srcY, yPitch, srcU, uPitch, srcV, vPitch), height);
 }
 

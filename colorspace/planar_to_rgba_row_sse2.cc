@@ -54,20 +54,22 @@ void PlanarToBgraRow_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, cons
 
 // Whole blocks except the one holding the row's last pixel, then that
 // block through the same row on a padded copy (see PaddedTail).
+template <PlanarToPixelsRowFn kBlockRow>
+void AnyRow(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v, int width,
+            const YuvToRgbVectors* vectors) {
+  const int n = width > 0 ? (width - 1) & ~7 : 0;
+  if (n) kBlockRow(dst, y, u, v, n, vectors);
+  PaddedTail<8>(kBlockRow, dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n, vectors);
+}
+
 void PlanarToRgbaRow_Any_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                               int width, const YuvToRgbVectors* vectors) {
-  const int n = width > 0 ? (width - 1) & ~7 : 0;
-  if (n) PlanarToRgbaRow_SSE2(dst, y, u, v, n, vectors);
-  PaddedTail<8>(PlanarToRgbaRow_SSE2, dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n,
-                vectors);
+  AnyRow<PlanarToRgbaRow_SSE2>(dst, y, u, v, width, vectors);
 }
 
 void PlanarToBgraRow_Any_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                               int width, const YuvToRgbVectors* vectors) {
-  const int n = width > 0 ? (width - 1) & ~7 : 0;
-  if (n) PlanarToBgraRow_SSE2(dst, y, u, v, n, vectors);
-  PaddedTail<8>(PlanarToBgraRow_SSE2, dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n,
-                vectors);
+  AnyRow<PlanarToBgraRow_SSE2>(dst, y, u, v, width, vectors);
 }
 
 }  // namespace qbo
