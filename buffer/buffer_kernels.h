@@ -12,6 +12,7 @@ struct BufferKernels {
   StreamCopyFn stream_copy = nullptr;
   Fill32Fn fill32 = nullptr;
   Fill32Fn fill32_stream = nullptr;
+  StreamFenceFn stream_fence = nullptr;
   SetAlphaFn set_alpha = nullptr;
 };
 

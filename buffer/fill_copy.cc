@@ -52,6 +52,7 @@ QBO_API void* QBO_CALLEE QN_Clear(void* dst, int32_t pitch, int32_t left, int32_
     fill(PixelAt(dst, pitch, row, left), color, count);
     if (row >= bottom) break;
   }
+  if (stream) Kernels().buffer.stream_fence();
   return dst;
 }
 

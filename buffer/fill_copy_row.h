@@ -13,6 +13,8 @@
 //     stores `value` into `count` words, four at a time, then one at a time.
 //   Fill32Stream: the same with cache-bypassing stores; dst must be 4-byte
 //     aligned (words up to the first 16-byte boundary are streamed singly).
+//     It does not order its stores: a caller runs StreamFence once after
+//     its last streaming row, before returning to code that may read them.
 //   SetAlpha(dst, alpha, count)
 //     pixel = (pixel & 0x00FFFFFF) | alpha << 24 for `count` pixels; `alpha`
 //     is already reduced to 8 bits. Any alignment.
@@ -30,6 +32,7 @@ using CopyRowBytesFn = void (*)(uint8_t* dst, const uint8_t* src, std::size_t bl
                                 unsigned tail);
 using StreamCopyFn = void (*)(uint8_t* dst, const uint8_t* src, std::size_t size);
 using Fill32Fn = void (*)(uint32_t* dst, uint32_t value, std::size_t count);
+using StreamFenceFn = void (*)();
 using SetAlphaFn = void (*)(uint32_t* dst, uint32_t alpha, std::size_t count);
 
 void CopyRowBytes_C(uint8_t* dst, const uint8_t* src, std::size_t blocks, unsigned tail);
@@ -45,6 +48,9 @@ void Fill32_SSE2(uint32_t* dst, uint32_t value, std::size_t count);
 void Fill32_AVX2(uint32_t* dst, uint32_t value, std::size_t count);
 void Fill32Stream_SSE2(uint32_t* dst, uint32_t value, std::size_t count);
 void Fill32Stream_AVX2(uint32_t* dst, uint32_t value, std::size_t count);
+
+void StreamFence_C();
+void StreamFence_SSE2();
 
 void SetAlpha_C(uint32_t* dst, uint32_t alpha, std::size_t count);
 void SetAlpha_SSE2(uint32_t* dst, uint32_t alpha, std::size_t count);

@@ -31,6 +31,9 @@ void Fill32_C(uint32_t* dst, uint32_t value, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) dst[i] = value;
 }
 
+// The reference rows store normally; there is nothing to order.
+void StreamFence_C() {}
+
 void SetAlpha_C(uint32_t* dst, uint32_t alpha, std::size_t count) {
   const uint32_t a = alpha << 24;
   for (std::size_t i = 0; i < count; ++i) {

@@ -52,8 +52,9 @@ void Fill32Stream_SSE2(uint32_t* dst, uint32_t value, std::size_t count) {
   }
   for (; i + 4 <= count; i += 4) _mm_stream_si128(reinterpret_cast<__m128i*>(dst + i), v);
   for (; i < count; ++i) _mm_stream_si32(reinterpret_cast<int*>(dst + i), static_cast<int>(value));
-  _mm_sfence();
 }
+
+void StreamFence_SSE2() { _mm_sfence(); }
 
 void SetAlpha_SSE2(uint32_t* dst, uint32_t alpha, std::size_t count) {
   const __m128i keep = _mm_set1_epi32(0x00FFFFFF);
