@@ -85,23 +85,51 @@ void MeanHorizRow_SSE2(uint8_t* dst, const float* acc, const int32_t* counts,
   }
 }
 
-void YuyvMeanHorizRow_SSE2(uint8_t* dst, const float* quads, const int32_t* counts,
-                           const float* weights, float norm, const YuyvMeanParams* params,
-                           std::size_t width) {
+namespace {
+
+// Converts a folded quad (y, u, v, y) in the reference's operation order:
+//   m1 = (u', u', v', 0) x (bU, gU, rV, 0)
+//   m2 = (y3, v', y, 0) x (rbY2, gV, rbY, 0)   (y3: the quad's lane 3)
+//   m3 = (0, y, 0, 0) x (0, gY, 0, 0)
+//   m1 + (m2 + m3) = (u'bU + y rbY2, gU u' + (gV v' + gY y), v'rV + y rbY)
+// which is B, G, R: the additions the reference makes, operands swapped
+// where it adds (a sum of two floats does not depend on their order), and
+// m2 + 0 = m2 (m2 is never -0: y >= 0). kRgba swaps B and R at the end.
+template <bool kRgba>
+void YuyvMeanHorizRow(uint8_t* dst, const float* quads, const int32_t* counts,
+                      const float* weights, float norm, const YuyvMeanParams* params,
+                      std::size_t width) {
   const __m128 vnorm = _mm_set1_ps(norm);
   const float* g = params->g_terms;
   const float* rb = params->rb_terms;
-  for (std::size_t i = 0; i < width; ++i, dst += 4) {
-    alignas(16) float q[4];
-    _mm_store_ps(q, Fold(quads, counts[i], weights[2 * i], weights[2 * i + 1], vnorm));
-    const float u = q[1] - 128.0f;
-    const float v = q[2] - 128.0f;
-    dst[params->red_byte] = MeanByte(v * rb[2] + q[0] * rb[0]);
-    dst[1] = MeanByte(g[1] * u + (g[2] * v + g[0] * q[0]));
-    dst[params->blue_byte] = MeanByte(q[3] * rb[3] + u * rb[1]);
-    dst[3] = 255;
+  const __m128 c1 = _mm_setr_ps(rb[1], g[1], rb[2], 0.0f);
+  const __m128 c2 = _mm_setr_ps(rb[3], g[2], rb[0], 0.0f);
+  const __m128 c3 = _mm_setr_ps(0.0f, g[0], 0.0f, 0.0f);
+  const __m128 offset = _mm_setr_ps(0.0f, 128.0f, 128.0f, 0.0f);
+  const __m128 lo = _mm_setzero_ps(), hi = _mm_set1_ps(255.0f);
+  const __m128i alpha = _mm_setr_epi32(0, 0, 0, 255);
+  for (std::size_t i = 0; i < width; ++i) {
+    const __m128 q = _mm_sub_ps(Fold(quads, counts[i], weights[2 * i], weights[2 * i + 1], vnorm), offset);
+    const __m128 m1 = _mm_mul_ps(_mm_shuffle_ps(q, q, _MM_SHUFFLE(0, 2, 1, 1)), c1);
+    const __m128 m2 = _mm_mul_ps(_mm_shuffle_ps(q, q, _MM_SHUFFLE(0, 0, 2, 3)), c2);
+    const __m128 m3 = _mm_mul_ps(_mm_shuffle_ps(q, q, 0), c3);
+    __m128i v = _mm_cvtps_epi32(_mm_min_ps(_mm_max_ps(_mm_add_ps(m1, _mm_add_ps(m2, m3)), lo), hi));
+    v = _mm_or_si128(_mm_and_si128(v, _mm_setr_epi32(-1, -1, -1, 0)), alpha);
+    if (kRgba) v = _mm_shuffle_epi32(v, _MM_SHUFFLE(3, 0, 1, 2));
+    const __m128i w16 = _mm_packs_epi32(v, v);
+    const int packed = _mm_cvtsi128_si32(_mm_packus_epi16(w16, w16));
+    __builtin_memcpy(dst + 4 * i, &packed, 4);
     quads += 4 * MeanStep(counts[i]);
   }
+}
+
+}  // namespace
+
+void YuyvMeanHorizRow_SSE2(uint8_t* dst, const float* quads, const int32_t* counts,
+                           const float* weights, float norm, const YuyvMeanParams* params,
+                           std::size_t width) {
+  (params->red_byte == 0 ? YuyvMeanHorizRow<true> : YuyvMeanHorizRow<false>)(
+      dst, quads, counts, weights, norm, params, width);
 }
 
 }  // namespace qbo

@@ -344,3 +344,42 @@ TEST(MeanRow, EverySimdRowMatchesTheReference) {
 
 }  // namespace
 }  // namespace qbo::test
+
+namespace qbo::test {
+namespace {
+
+TEST(BlendRow, EveryAlphaPairMatchesTheReference) {
+  // All 65536 (source, destination) alpha pairs, each with its own random
+  // colours: the rows that compute the table's entries in-register must
+  // agree with it everywhere. Then every source alpha over runs of opaque
+  // destinations, the rows' shortcut for a lower layer of alpha 255.
+  std::vector<uint8_t> src = RandomBytes(65536 * 4, 5), dst = RandomBytes(65536 * 4, 6);
+  for (uint32_t i = 0; i < 65536; ++i) {
+    src[4 * i + 3] = uint8_t(i >> 8);
+    dst[4 * i + 3] = uint8_t(i);
+  }
+  const BlendRow rows[] = {
+      {"Over_Any_SSE2", BlendOverRow_C, BlendOverRow_Any_SSE2, KernelLevel::kSse2},
+      {"Inverted_Any_SSE2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_SSE2, KernelLevel::kSse2},
+      {"Over_Any_AVX2", BlendOverRow_C, BlendOverRow_Any_AVX2, KernelLevel::kAvx2},
+      {"Inverted_Any_AVX2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_AVX2, KernelLevel::kAvx2},
+  };
+  for (const BlendRow& row : rows) {
+    if (row.level > MachineKernelLevel()) continue;
+    SCOPED_TRACE(row.name);
+    std::vector<uint8_t> expected = dst, actual = dst;
+    row.ref(expected.data(), src.data(), Share(), 65536);
+    row.fn(actual.data(), src.data(), Share(), 65536);
+    ASSERT_EQ(MismatchMap(expected.data(), actual.data(), 1024, 256, 4), "");
+    std::vector<uint8_t> opaque = dst;
+    for (uint32_t i = 0; i < 65536; ++i) opaque[4 * i + 3] = 255;
+    expected = opaque;
+    actual = opaque;
+    row.ref(expected.data(), src.data(), Share(), 65536);
+    row.fn(actual.data(), src.data(), Share(), 65536);
+    ASSERT_EQ(MismatchMap(expected.data(), actual.data(), 1024, 256, 4), "");
+  }
+}
+
+}  // namespace
+}  // namespace qbo::test
