@@ -26,6 +26,9 @@ void MeanVertRow_SSE2(float* acc, const uint8_t* const* rows, int32_t n, float w
                       float norm, std::size_t begin, std::size_t end) {
   const __m128i zero = _mm_setzero_si128();
   const __m128 vw0 = _mm_set1_ps(w0), vw1 = _mm_set1_ps(w1), vnorm = _mm_set1_ps(norm);
+  // A last row of weight 0 adds +0 to a sum >= 0, which changes nothing:
+  // it is not read (an area that ends on a row boundary has one).
+  const bool last_counts = w1 != 0.0f;
   for (std::size_t i = begin; i < end; i += 16) {
     __m128 a[4];
     BytesToFloats(rows[0] + i, a);
@@ -41,9 +44,10 @@ void MeanVertRow_SSE2(float* acc, const uint8_t* const* rows, int32_t n, float w
       __m128 middle[4], last[4];
       Widen(lo, middle);
       Widen(hi, middle + 2);
-      BytesToFloats(rows[n - 1] + i, last);
-      for (int q = 0; q < 4; ++q) {
-        a[q] = _mm_add_ps(_mm_add_ps(a[q], middle[q]), _mm_mul_ps(vw1, last[q]));
+      for (int q = 0; q < 4; ++q) a[q] = _mm_add_ps(a[q], middle[q]);
+      if (last_counts) {
+        BytesToFloats(rows[n - 1] + i, last);
+        for (int q = 0; q < 4; ++q) a[q] = _mm_add_ps(a[q], _mm_mul_ps(vw1, last[q]));
       }
     }
     for (int q = 0; q < 4; ++q) _mm_storeu_ps(acc + i + 4 * q, _mm_mul_ps(a[q], vnorm));
@@ -56,7 +60,8 @@ namespace {
 inline __m128 Fold(const float* a, int32_t n, float w0, float w1, __m128 norm) {
   __m128 acc = _mm_mul_ps(_mm_set1_ps(w0), _mm_loadu_ps(a));
   for (int32_t j = 1; j + 1 < n; ++j) acc = _mm_add_ps(acc, _mm_loadu_ps(a + 4 * j));
-  if (n >= 2) acc = _mm_add_ps(acc, _mm_mul_ps(_mm_set1_ps(w1), _mm_loadu_ps(a + 4 * (n - 1))));
+  // A last sample of weight 0 would add +0 to a sum >= 0.
+  if (n >= 2 && w1 != 0.0f) acc = _mm_add_ps(acc, _mm_mul_ps(_mm_set1_ps(w1), _mm_loadu_ps(a + 4 * (n - 1))));
   return _mm_mul_ps(acc, norm);
 }
 

@@ -175,9 +175,11 @@ TEST(BilinearRowC, HandWorkedValues) {
   // weighted, 511 x 32768 >> 16 = 255.
   const uint16_t vbuf[12] = {256, 256, 511, 0, 2, 2, 2, 2, 0, 0, 0, 0};
   const int32_t cols[2] = {0, 0};
-  const uint32_t pairs[2] = {65535u, (32767u << 16) | 32768u};
+  uint16_t weights[16];
+  SpreadBilinearWeights(weights, 65535);
+  SpreadBilinearWeights(weights + 8, 32768);
   uint8_t out[8];
-  BilinearHorizRow_C(out, vbuf, cols, pairs, 2);
+  BilinearHorizRow_C(out, vbuf, cols, weights, 2);
   EXPECT_EQ(std::vector<uint8_t>(out, out + 8),
             (std::vector<uint8_t>{255, 255, 255, 0, 128, 128, 255, 0}));
 }
@@ -209,16 +211,16 @@ TEST(BilinearRow, EverySimdRowMatchesTheReference) {
         // neighbour) and random weight pairs adding to 65535.
         const std::vector<uint8_t> r = RandomBytes(width * 8, seed ^ 0x1234);
         std::vector<int32_t> cols(width);
-        std::vector<uint32_t> pairs(width);
+        std::vector<uint16_t> weights(8 * width);
         for (std::size_t i = 0; i < width; ++i) {
           const uint32_t wl = (uint32_t(r[8 * i]) << 8 | r[8 * i + 1]) % 65536;
           cols[i] = width > 1 ? static_cast<int32_t>((r[8 * i + 2] << 8 | r[8 * i + 3]) % (width - 1)) : 0;
-          pairs[i] = ((65535u - wl) << 16) | wl;
+          SpreadBilinearWeights(weights.data() + 8 * i, wl);
         }
         v_ref[4] = 511;  // the largest value the vertical pass leaves
         GuardedBuffer expected(bytes, offset), actual(bytes, offset);
-        BilinearHorizRow_C(expected.data(), v_ref.data(), cols.data(), pairs.data(), width);
-        l.horiz(actual.data(), v_ref.data(), cols.data(), pairs.data(), width);
+        BilinearHorizRow_C(expected.data(), v_ref.data(), cols.data(), weights.data(), width);
+        l.horiz(actual.data(), v_ref.data(), cols.data(), weights.data(), width);
         ASSERT_EQ(MismatchMap(expected.data(), actual.data(), bytes, 1, 4), "");
         ASSERT_TRUE(actual.GuardsIntact());
       }
