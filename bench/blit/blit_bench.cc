@@ -99,30 +99,29 @@ struct ScaleCase {
 };
 constexpr ScaleCase kScales[] = {{1920, 1080, 1280, 720}, {1280, 720, 1920, 1080}, {1920, 1080, 640, 360}};
 
-void BM_QN_StretchBlt(benchmark::State& state, KernelLevel level) {
+using StretchFn = int32_t(QBO_CALLEE*)(void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
+                                       const void*, int32_t, int32_t, int32_t, int32_t, int32_t,
+                                       int32_t, int32_t, int32_t);
+
+void RunStretch(benchmark::State& state, KernelLevel level, StretchFn fn) {
   LevelScope scope(state, level);
   const ScaleCase c = kScales[state.range(0)];
   Frame src(Bytes(c.sw, c.sh)), dst(Bytes(c.dw, c.dh));
   for (auto _ : state) {
-    QN_StretchBlt(dst.data(), 0, 0, c.dw, c.dh, c.dw, c.dh, src.data(), 0, 0, c.sw, c.sh, c.sw, c.sh, 1, 0);
+    fn(dst.data(), 0, 0, c.dw, c.dh, c.dw, c.dh, src.data(), 0, 0, c.sw, c.sh, c.sw, c.sh, 1, 0);
     benchmark::ClobberMemory();
   }
   SetFrameCounters(state, Bytes(c.dw, c.dh));
 }
+
+void BM_QN_StretchBlt(benchmark::State& state, KernelLevel level) { RunStretch(state, level, QN_StretchBlt); }
+void BM_QN_StretchBlt_Mean(benchmark::State& state, KernelLevel level) {
+  RunStretch(state, level, QN_StretchBlt_Mean);
+}
+
 BENCHMARK_CAPTURE(BM_QN_StretchBlt, C, KernelLevel::kC)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_QN_StretchBlt, SSE2, KernelLevel::kSse2)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_QN_StretchBlt, AVX2, KernelLevel::kAvx2)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-
-void BM_QN_StretchBlt_Mean(benchmark::State& state, KernelLevel level) {
-  LevelScope scope(state, level);
-  const ScaleCase c = kScales[state.range(0)];
-  Frame src(Bytes(c.sw, c.sh)), dst(Bytes(c.dw, c.dh));
-  for (auto _ : state) {
-    QN_StretchBlt_Mean(dst.data(), 0, 0, c.dw, c.dh, c.dw, c.dh, src.data(), 0, 0, c.sw, c.sh, c.sw, c.sh, 1, 0);
-    benchmark::ClobberMemory();
-  }
-  SetFrameCounters(state, Bytes(c.dw, c.dh));
-}
 BENCHMARK_CAPTURE(BM_QN_StretchBlt_Mean, C, KernelLevel::kC)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_QN_StretchBlt_Mean, SSE2, KernelLevel::kSse2)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_QN_StretchBlt_Mean, AVX2, KernelLevel::kAvx2)->Arg(2)->Unit(benchmark::kMillisecond);

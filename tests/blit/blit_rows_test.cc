@@ -126,14 +126,15 @@ struct BlendRow {
   KernelLevel level;
 };
 
+const BlendRow kBlendRows[] = {
+    {"Over_Any_SSE2", BlendOverRow_C, BlendOverRow_Any_SSE2, KernelLevel::kSse2},
+    {"Inverted_Any_SSE2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_SSE2, KernelLevel::kSse2},
+    {"Over_Any_AVX2", BlendOverRow_C, BlendOverRow_Any_AVX2, KernelLevel::kAvx2},
+    {"Inverted_Any_AVX2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_AVX2, KernelLevel::kAvx2},
+};
+
 TEST(BlendRow, EverySimdRowMatchesTheReference) {
-  const BlendRow rows[] = {
-      {"Over_Any_SSE2", BlendOverRow_C, BlendOverRow_Any_SSE2, KernelLevel::kSse2},
-      {"Inverted_Any_SSE2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_SSE2, KernelLevel::kSse2},
-      {"Over_Any_AVX2", BlendOverRow_C, BlendOverRow_Any_AVX2, KernelLevel::kAvx2},
-      {"Inverted_Any_AVX2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_AVX2, KernelLevel::kAvx2},
-  };
-  for (const BlendRow& row : rows) {
+  for (const BlendRow& row : kBlendRows) {
     if (row.level > MachineKernelLevel()) continue;
     for (std::size_t width : SweptWidths(8)) {
       for (std::size_t offset = 0; offset < 4; ++offset) {
@@ -360,13 +361,7 @@ TEST(BlendRow, EveryAlphaPairMatchesTheReference) {
     src[4 * i + 3] = uint8_t(i >> 8);
     dst[4 * i + 3] = uint8_t(i);
   }
-  const BlendRow rows[] = {
-      {"Over_Any_SSE2", BlendOverRow_C, BlendOverRow_Any_SSE2, KernelLevel::kSse2},
-      {"Inverted_Any_SSE2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_SSE2, KernelLevel::kSse2},
-      {"Over_Any_AVX2", BlendOverRow_C, BlendOverRow_Any_AVX2, KernelLevel::kAvx2},
-      {"Inverted_Any_AVX2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_AVX2, KernelLevel::kAvx2},
-  };
-  for (const BlendRow& row : rows) {
+  for (const BlendRow& row : kBlendRows) {
     if (row.level > MachineKernelLevel()) continue;
     SCOPED_TRACE(row.name);
     std::vector<uint8_t> expected = dst, actual = dst;
