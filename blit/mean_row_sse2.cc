@@ -90,6 +90,21 @@ void MeanHorizRow_SSE2(uint8_t* dst, const float* acc, const int32_t* counts,
   }
 }
 
+// Lanes: acc = (Y0, U, Y1, V); the chroma means sit in lanes 1 and 3 of
+// (acc + next) x 0.5. Quad 2k = acc lanes (0, 1, 3, 0); quad 2k + 1 picks
+// (Y1, Y1, U', V') across acc and the means, then reorders to (0, 2, 3, 1).
+void YuyvExpandRow_SSE2(float* quads, const float* acc, std::size_t groups) {
+  const __m128 half = _mm_set1_ps(0.5f);
+  for (std::size_t g = 0; g < groups; ++g, acc += 4, quads += 8) {
+    const __m128 a = _mm_loadu_ps(acc);
+    const __m128 next = g + 1 < groups ? _mm_loadu_ps(acc + 4) : a;
+    const __m128 mean = _mm_mul_ps(_mm_add_ps(a, next), half);
+    const __m128 odd = _mm_shuffle_ps(a, mean, _MM_SHUFFLE(3, 1, 2, 2));
+    _mm_storeu_ps(quads, _mm_shuffle_ps(a, a, _MM_SHUFFLE(0, 3, 1, 0)));
+    _mm_storeu_ps(quads + 4, _mm_shuffle_ps(odd, odd, _MM_SHUFFLE(1, 3, 2, 0)));
+  }
+}
+
 namespace {
 
 // Converts a folded quad (y, u, v, y) in the reference's operation order:

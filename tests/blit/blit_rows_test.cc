@@ -290,6 +290,25 @@ TEST(MeanRowC, YuyvConversionOfGreyAndFoot) {
   EXPECT_EQ(std::vector<uint8_t>(out, out + 4), (std::vector<uint8_t>{201, 49, 100, 255}));
 }
 
+TEST(MeanRowC, YuyvExpandSpreadsChroma) {
+  // Groups (Y0 U Y1 V) = (1 10 2 20), (3 30 4 41): quads (1 10 20 1),
+  // (2, (10 + 30) x 0.5 = 20, (20 + 41) x 0.5 = 30.5, 2), (3 30 41 3), and
+  // the last group's own chroma (4 30 41 4).
+  const float acc[8] = {1, 10, 2, 20, 3, 30, 4, 41};
+  float quads[16];
+  YuyvExpandRow_C(quads, acc, 2);
+  EXPECT_EQ(std::vector<float>(quads, quads + 16),
+            (std::vector<float>{1, 10, 20, 1, 2, 20, 30.5f, 2, 3, 30, 41, 3, 4, 30, 41, 4}));
+  if (MachineKernelLevel() < KernelLevel::kSse2) return;
+  for (std::size_t groups : {1, 2, 3, 17, 960}) {
+    std::vector<float> in(groups * 4), ref(groups * 8), simd(groups * 8);
+    for (std::size_t i = 0; i < in.size(); ++i) in[i] = static_cast<float>((i * 7919 + groups) % 1000) * 0.37f;
+    YuyvExpandRow_C(ref.data(), in.data(), groups);
+    YuyvExpandRow_SSE2(simd.data(), in.data(), groups);
+    ASSERT_EQ(ref, simd) << groups << " groups";
+  }
+}
+
 TEST(MeanRow, EverySimdRowMatchesTheReference) {
   struct Vert {
     const char* name;
