@@ -149,7 +149,12 @@ QBO_API int32_t QBO_CALLEE QN_SubMask(void* dst, int32_t x, int32_t y, int32_t d
  *   (row); a one-pixel-wide (one-row) buffer repeats its pixel instead.
  * QN_StretchBlt_Mean: area mean; the same results, but 0 for an unknown
  *   mode. With field 1 starting on an odd row, the rows written average the
- *   same source areas as in a full-frame stretch.
+ *   same source areas as in a full-frame stretch. An area that reaches past
+ *   the source rectangle (a start with a fraction, rounding) reads the
+ *   buffer's next column, or repeats its last one at the buffer's edge; no
+ *   area reaches past the buffer.
+ * The stretches return 0, writing nothing, when their scratch memory cannot
+ * be had.
  */
 QBO_API int32_t QBO_CALLEE QN_BitBlt(void* dst, int32_t dstX, int32_t dstY, int32_t width,
                                     int32_t height, int32_t dstWidth, int32_t dstHeight,
