@@ -40,6 +40,28 @@ TEST(YuyvMixOpaqueRow, HandWorkedBytes) {
   EXPECT_EQ(std::vector<int>(dst, dst + 4), (std::vector<int>{254, 254, 0, 0}));
 }
 
+TEST(YuyvMixOpaqueRow, SkippedTransparentGroupsMatchTheFormula) {
+  // Group 0 (pixels 0-3) is transparent and skipped; group 1 has one pixel
+  // of alpha 255 whose bytes become 254 - (x * 255 >> 8); the last pair
+  // (width bit 1) is mixed without the skip test.
+  const uint8_t alpha[10] = {0, 0, 0, 0, 0, 0, 255, 0, 0, 0};
+  const uint8_t src[20] = {255, 255, 255, 255, 255, 255, 255, 255, 255, 255,
+                           255, 255, 255, 255, 255, 255, 255, 255, 255, 255};
+  uint8_t dst[20];
+  for (int i = 0; i < 20; ++i) dst[i] = static_cast<uint8_t>(10 * i);
+  ForEachLevel([&](KernelLevel) {
+    uint8_t out[20];
+    std::memcpy(out, dst, 20);
+    Kernels().filter.yuyv_mix_opaque(out, nullptr, src, alpha, 5, nullptr);
+    for (int i = 0; i < 20; ++i) {
+      // Byte i belongs to pixel 2 * (i / 4) + (i % 4 >= 2).
+      const int pixel = 2 * (i / 4) + (i % 4 >= 2 ? 1 : 0);
+      const int expected = pixel == 6 ? dst[i] + 254 - (dst[i] * 255 >> 8) : dst[i];
+      ASSERT_EQ(out[i], expected) << "byte " << i;
+    }
+  });
+}
+
 struct ShareCase {
   uint8_t sa, da, s, d, out, alpha;
 };
