@@ -40,7 +40,7 @@ inline __m256i Finish(__m256i sum) {
 }
 
 template <int kTaps>
-void Block8(uint8_t* dst, const uint8_t* src, int64_t j, const ResampleLineParams* p) {
+__attribute__((always_inline)) inline void Block8(uint8_t* dst, const uint8_t* src, int64_t j, const ResampleLineParams* p) {
   __m256i r[8];
   for (int i = 0; i < 8; ++i) {
     const TapSite site = SiteOf(src, j + i, p);

@@ -37,7 +37,7 @@ inline __m128i Finish(__m128i sum) {
 }
 
 template <int kTaps>
-void Block4(uint8_t* dst, const uint8_t* src, int64_t j, const ResampleLineParams* p) {
+__attribute__((always_inline)) inline void Block4(uint8_t* dst, const uint8_t* src, int64_t j, const ResampleLineParams* p) {
   __m128i r[4];
   for (int i = 0; i < 4; ++i) {
     const TapSite site = SiteOf(src, j + i, p);
