@@ -1,0 +1,50 @@
+# Windows-only tests, included from tests/CMakeLists.txt. Programs run under
+# CMAKE_CROSSCOMPILING_EMULATOR (wine) when cross-compiling; the export
+# table check runs on the build machine.
+
+# The Win32 platform layer against the real file system, environment and
+# loader.
+add_executable(qbo_windows_platform_tests windows/platform_win32_test.cc)
+target_link_libraries(qbo_windows_platform_tests PRIVATE qbo_test_support)
+qbo_discover_tests(qbo_windows_platform_tests windows)
+
+# The built DLL as a host sees it: loaded by name, every export looked up,
+# both calling conventions, misaligned callers, and the import library.
+# The program sits beside the DLL so the loader finds it at start.
+set(dll_test_sources windows/dll_exports_test.cc windows/import_library_test.cc)
+if(QBO_WIN_X86)
+  list(APPEND dll_test_sources windows/stack_test.cc windows/stack_thunks_x86.cc)
+endif()
+add_executable(qbo_windows_dll_tests ${dll_test_sources})
+target_include_directories(qbo_windows_dll_tests PRIVATE
+  ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include ${QBO_GENERATED_DIR})
+target_link_libraries(qbo_windows_dll_tests PRIVATE QuillonBufferOperaU GTest::gtest_main)
+add_dependencies(qbo_windows_dll_tests qbo_export_table)
+set_target_properties(qbo_windows_dll_tests PROPERTIES
+  RUNTIME_OUTPUT_DIRECTORY $<TARGET_FILE_DIR:QuillonBufferOperaU>)
+qbo_discover_tests(qbo_windows_dll_tests windows)
+
+# The host laid out as the player installs it: <root>\bin\host.exe, the
+# modules under <root>\dll\CoreDLL\CPURelease\x86.
+add_executable(e2e_host windows/e2e_host_win32.cc)
+set_target_properties(e2e_host PROPERTIES
+  OUTPUT_NAME host RUNTIME_OUTPUT_DIRECTORY ${QBO_E2E_ROOT}/bin)
+add_dependencies(e2e_host fake_velavid fake_velamem QuillonBufferOperaU)
+if(QBO_RUN_TARGET_PROGRAMS)
+  add_test(NAME e2e_host_finds_modules COMMAND e2e_host $<TARGET_FILE:QuillonBufferOperaU>)
+  add_test(NAME e2e_host_null_table
+           COMMAND e2e_host $<TARGET_FILE:QuillonBufferOperaU> --vela-mem-null)
+  set_tests_properties(e2e_host_finds_modules e2e_host_null_table PROPERTIES LABELS windows)
+endif()
+
+# The export table, read from the DLL file itself: exactly the header's
+# names, undecorated, aliases at their target's address, and system DLLs
+# only among the imports.
+find_program(QBO_OBJDUMP NAMES ${CMAKE_OBJDUMP} ${QBO_MINGW_TRIPLET}-objdump objdump REQUIRED)
+find_program(QBO_WIN_NM NAMES ${QBO_MINGW_TRIPLET}-nm nm REQUIRED)
+add_test(NAME dll_export_table
+         COMMAND ${CMAKE_COMMAND} -DOBJDUMP=${QBO_OBJDUMP} -DNM=${QBO_WIN_NM}
+                 -DDLL=$<TARGET_FILE:QuillonBufferOperaU> -DLIST=${QBO_EXPORT_LIST}
+                 -DIMPORT_LIB=$<TARGET_LINKER_FILE:QuillonBufferOperaU> -DARCH=${QBO_WIN_ARCH}
+                 -P ${CMAKE_CURRENT_SOURCE_DIR}/windows/dll_export_table.cmake)
+set_tests_properties(dll_export_table PROPERTIES LABELS windows)
