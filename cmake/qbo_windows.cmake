@@ -7,37 +7,44 @@ set(QBO_WIN_ARCH x64)
 if(QBO_WIN_X86)
   set(QBO_WIN_ARCH x86)
 endif()
-
 set(QBO_GENERATED_DIR ${PROJECT_BINARY_DIR}/generated)
-set(QBO_DEF ${QBO_GENERATED_DIR}/QuillonBufferOperaU.def)
-set(QBO_IMPORT_DEF ${QBO_GENERATED_DIR}/QuillonBufferOperaU.import.def)
-set(QBO_EXPORT_LIST ${QBO_GENERATED_DIR}/qbo_export_list.inc)
-set(QBO_HEADER ${PROJECT_SOURCE_DIR}/include/QuillonBufferOperaU.h)
-add_custom_command(
-  OUTPUT ${QBO_DEF} ${QBO_IMPORT_DEF} ${QBO_EXPORT_LIST}
-  COMMAND ${CMAKE_COMMAND} -E make_directory ${QBO_GENERATED_DIR}
-  COMMAND ${CMAKE_COMMAND} -DHEADER=${QBO_HEADER} -DARCH=${QBO_WIN_ARCH}
-          -DDLL=QuillonBufferOperaU.dll -DDEF=${QBO_DEF} -DIMPORT_DEF=${QBO_IMPORT_DEF}
-          -DLIST=${QBO_EXPORT_LIST} -P ${PROJECT_SOURCE_DIR}/cmake/qbo_exports.cmake
-  DEPENDS ${QBO_HEADER} ${PROJECT_SOURCE_DIR}/cmake/qbo_exports.cmake
-  COMMENT "Export table from QuillonBufferOperaU.h"
-  VERBATIM)
-add_custom_target(qbo_export_table DEPENDS ${QBO_DEF} ${QBO_IMPORT_DEF} ${QBO_EXPORT_LIST})
-
-target_sources(QuillonBufferOperaU PRIVATE ${QBO_DEF})
-set_target_properties(QuillonBufferOperaU PROPERTIES PREFIX "" IMPORT_PREFIX ""
-                      LINK_DEPENDS ${QBO_DEF})
-target_link_options(QuillonBufferOperaU PRIVATE $<$<NOT:$<CONFIG:Debug>>:-s>)
-
-# The linker's own import library names every stdcall export without its
-# @N, which a C caller of the header's prototypes cannot link against;
-# replace it with one built from the decorated names.
 find_program(QBO_DLLTOOL NAMES ${CMAKE_DLLTOOL} ${QBO_MINGW_TRIPLET}-dlltool dlltool REQUIRED)
-set(kill_at)
-if(QBO_WIN_X86)
-  set(kill_at --kill-at)
-endif()
-add_custom_command(TARGET QuillonBufferOperaU POST_BUILD
-  COMMAND ${QBO_DLLTOOL} --def ${QBO_IMPORT_DEF} --dllname QuillonBufferOperaU.dll ${kill_at}
-          --output-lib $<TARGET_LINKER_FILE:QuillonBufferOperaU>
-  VERBATIM)
+
+# Gives the shared library `target` the exports `header` declares: a
+# generated module-definition file for the link, an import library with the
+# decorated names in place of the linker's, and <target>_exports.inc (one
+# QBO_EXPORT row per export) in QBO_GENERATED_DIR for tests. The export
+# table follows the header at every build.
+function(qbo_windows_exports target header)
+  set(base ${QBO_GENERATED_DIR}/${target})
+  set(def ${base}.def)
+  set(import_def ${base}.import.def)
+  set(list ${base}_exports.inc)
+  add_custom_command(
+    OUTPUT ${def} ${import_def} ${list}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${QBO_GENERATED_DIR}
+    COMMAND ${CMAKE_COMMAND} -DHEADER=${header} -DARCH=${QBO_WIN_ARCH}
+            -DDLL=$<TARGET_FILE_NAME:${target}> -DDEF=${def} -DIMPORT_DEF=${import_def}
+            -DLIST=${list} -P ${PROJECT_SOURCE_DIR}/cmake/qbo_exports.cmake
+    DEPENDS ${header} ${PROJECT_SOURCE_DIR}/cmake/qbo_exports.cmake
+    COMMENT "Export table of ${target} from ${header}"
+    VERBATIM)
+  add_custom_target(${target}_export_table DEPENDS ${def} ${import_def} ${list})
+
+  target_sources(${target} PRIVATE ${def})
+  set_target_properties(${target} PROPERTIES PREFIX "" IMPORT_PREFIX "" LINK_DEPENDS ${def})
+  target_link_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-s>)
+
+  # The linker's own import library names every stdcall export without its
+  # @N, which a C caller of the header's prototypes cannot link against.
+  set(kill_at)
+  if(QBO_WIN_X86)
+    set(kill_at --kill-at)
+  endif()
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND ${QBO_DLLTOOL} --def ${import_def} --dllname $<TARGET_FILE_NAME:${target}> ${kill_at}
+            --output-lib $<TARGET_LINKER_FILE:${target}>
+    VERBATIM)
+endfunction()
+
+qbo_windows_exports(QuillonBufferOperaU ${PROJECT_SOURCE_DIR}/include/QuillonBufferOperaU.h)

@@ -6,7 +6,7 @@
 # references (_Name@N for a callee-pops export on x86).
 #
 #   cmake -DOBJDUMP=... -DNM=... -DDLL=... -DIMPORT_LIB=... -DARCH=x86|x64
-#         -DLIST=qbo_export_list.inc -P dll_export_table.cmake
+#         -DLIST=<target>_exports.inc -P dll_export_table.cmake
 cmake_policy(VERSION 3.24)
 
 execute_process(COMMAND ${OBJDUMP} -p ${DLL} OUTPUT_VARIABLE dump RESULT_VARIABLE rc)

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "QuillonBufferOperaU.h"
+#include "tests/windows/fixture_exports.h"
 
 namespace qbo::test {
 namespace {
@@ -35,6 +36,19 @@ TEST(ImportLibrary, ResultCodesCrossTheBoundary) {
   EXPECT_EQ(QN_Clear(nullptr, 16, 0, 0, 4, 0, 0), nullptr);
   EXPECT_EQ(QN_OverTurnSelf(nullptr, 16, 2), 0);
   EXPECT_EQ(QN_ColorMixLine(0, 0, 0), 1);
+}
+
+TEST(ImportLibrary, SecondNamesAndBothConventionsLink) {
+  // On x86 these reference _FxStdWeigh3Again@12 and _FxCdeclDiff2Again:
+  // second names must be in the import library under their own names.
+  EXPECT_EQ(FxStdWeigh3(1, 2, 3), 321);
+  EXPECT_EQ(FxStdWeigh3Again(4, 0, 7), 704);
+  EXPECT_EQ(FxStdNone(), 42);
+  EXPECT_EQ(FxCdeclDiff2(5, 3), 2);
+  EXPECT_EQ(FxCdeclDiff2Again(-1, 9), -10);
+  uint8_t bytes[8];
+  const uint32_t base = 1000;
+  EXPECT_EQ(FxStdPointers(nullptr, bytes, bytes + 5, &base), 1005u);
 }
 
 }  // namespace

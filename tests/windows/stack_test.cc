@@ -68,10 +68,14 @@ TEST(StackContract, ThunkMeasuresBothConventions) {
 // One export call with real buffers: the arguments, and a check of what
 // the call did. Buffer sizes reach the SIMD rows and their tails.
 struct ExportCall {
+  const wchar_t* module;
   std::string name;
   std::function<std::vector<uint32_t>()> args;
   std::function<void(int32_t result)> check;
 };
+
+constexpr const wchar_t* kLibrary = L"QuillonBufferOperaU.dll";
+constexpr const wchar_t* kFixture = L"qbo_exports_fixture.dll";
 
 class ExportCalls {
  public:
@@ -79,7 +83,7 @@ class ExportCalls {
 
   std::vector<ExportCall> All() {
     return {
-        {"QN_MemsetDWORD",
+        {kLibrary, "QN_MemsetDWORD",
          [this] {
            std::fill(words_.begin(), words_.end(), 0u);
            return std::vector<uint32_t>{Word(words_.data()), 0xC0FFEE01u, 1030};
@@ -90,7 +94,7 @@ class ExportCalls {
            EXPECT_EQ(words_[1029], 0xC0FFEE01u);
            EXPECT_EQ(words_[1030], 0u);
          }},
-        {"QN_Memcpy",
+        {kLibrary, "QN_Memcpy",
          [this] {
            for (std::size_t i = 0; i < src_.size(); ++i) src_[i] = static_cast<uint8_t>(i * 7);
            std::fill(dst_.begin(), dst_.end(), 0);
@@ -102,7 +106,7 @@ class ExportCalls {
            EXPECT_EQ(dst_[0], 0);
            EXPECT_EQ(dst_[4094], 0);
          }},
-        {"QN_Clear",
+        {kLibrary, "QN_Clear",
          [this] {
            std::fill(image_.begin(), image_.end(), 0);
            // 37-pixel rows, columns 2..34 of rows 1..3 (bottom is inclusive).
@@ -118,7 +122,7 @@ class ExportCalls {
            std::memcpy(&px, &image_[4 * (37 * 1 + 1)], 4);
            EXPECT_EQ(px, 0u);
          }},
-        {"QN_OverTurnSelf",
+        {kLibrary, "QN_OverTurnSelf",
          [this] {
            for (std::size_t i = 0; i < image_.size(); ++i) image_[i] = static_cast<uint8_t>(i / 148);
            return std::vector<uint32_t>{Word(image_.data()), 148, 5};
@@ -130,9 +134,21 @@ class ExportCalls {
            EXPECT_EQ(image_[148 * 2], 2);
            EXPECT_EQ(image_[148 * 4 + 5], 0);
          }},
-        {"QN_ColorMixLine", [] { return std::vector<uint32_t>{0, 0, 0}; },
+        {kLibrary, "QN_ColorMixLine", [] { return std::vector<uint32_t>{0, 0, 0}; },
          [](int32_t result) { EXPECT_EQ(result, 1); }},
-        {"QN_CalMask", [] { return std::vector<uint32_t>(10, 0u); }, [](int32_t) {}},
+        {kLibrary, "QN_CalMask", [] { return std::vector<uint32_t>(10, 0u); }, [](int32_t) {}},
+        // The fixture DLL: caller-pops entries and second names of both
+        // conventions, through the same export machinery.
+        {kFixture, "FxStdWeigh3", [] { return std::vector<uint32_t>{1, 2, 3}; },
+         [](int32_t result) { EXPECT_EQ(result, 321); }},
+        {kFixture, "FxStdWeigh3Again", [] { return std::vector<uint32_t>{3, 2, 1}; },
+         [](int32_t result) { EXPECT_EQ(result, 123); }},
+        {kFixture, "FxStdNone", [] { return std::vector<uint32_t>{}; },
+         [](int32_t result) { EXPECT_EQ(result, 42); }},
+        {kFixture, "FxCdeclDiff2", [] { return std::vector<uint32_t>{9, 4}; },
+         [](int32_t result) { EXPECT_EQ(result, 5); }},
+        {kFixture, "FxCdeclDiff2Again", [] { return std::vector<uint32_t>{4, 9}; },
+         [](int32_t result) { EXPECT_EQ(result, -5); }},
     };
   }
 
@@ -141,19 +157,20 @@ class ExportCalls {
   std::vector<uint8_t> src_, dst_, image_;
 };
 
-const ExportInfo* Find(const std::string& name) {
-  for (const ExportInfo& e : ExportList()) {
+const ExportInfo* Find(const wchar_t* module, const std::string& name) {
+  const std::vector<ExportInfo>& list = module == kLibrary ? ExportList() : FixtureExportList();
+  for (const ExportInfo& e : list) {
     if (e.name == name) return &e;
   }
   return nullptr;
 }
 
 TEST(StackContract, ExportsPopAsDeclaredAndRunOnMisalignedStacks) {
-  HMODULE dll = GetModuleHandleW(L"QuillonBufferOperaU.dll");
-  ASSERT_NE(dll, nullptr);
   ExportCalls calls;
   for (const ExportCall& call : calls.All()) {
-    const ExportInfo* info = Find(call.name);
+    HMODULE dll = GetModuleHandleW(call.module);
+    ASSERT_NE(dll, nullptr);
+    const ExportInfo* info = Find(call.module, call.name);
     ASSERT_NE(info, nullptr) << call.name << " is no longer declared";
     const void* fn = reinterpret_cast<const void*>(GetProcAddress(dll, call.name.c_str()));
     ASSERT_NE(fn, nullptr) << call.name;
