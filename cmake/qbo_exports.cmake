@@ -50,7 +50,12 @@ set(names)
 foreach(decl IN LISTS decls)
   string(REGEX REPLACE "[ \t\r\n]+" " " flat "${decl}")
   if(NOT flat MATCHES "QBO_(CALLEE|CALLER) ([A-Za-z_][A-Za-z0-9_]*) ?\\(([^)]*)\\) ?\\|")
-    message(FATAL_ERROR "export without QBO_CALLEE or QBO_CALLER: ${flat}")
+    # Every export names its convention, and its parameters are plain
+    # 32-bit words (no function-pointer types, which this reader would
+    # miscount).
+    string(REPLACE "|" ";" shown "${flat}")
+    message(FATAL_ERROR "cannot read the export declaration `${shown}`: expected "
+                        "QBO_API <type> QBO_CALLEE|QBO_CALLER Name(parameters);")
   endif()
   set(conv ${CMAKE_MATCH_1})
   set(name ${CMAKE_MATCH_2})

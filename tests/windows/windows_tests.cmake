@@ -62,3 +62,10 @@ foreach(dll QuillonBufferOperaU qbo_exports_fixture)
                    -P ${CMAKE_CURRENT_SOURCE_DIR}/windows/dll_export_table.cmake)
   set_tests_properties(${dll}_export_table PROPERTIES LABELS windows)
 endforeach()
+
+# The generator itself refuses headers it would turn into a wrong table.
+add_test(NAME export_generator_rejects
+         COMMAND ${CMAKE_COMMAND} -DGENERATOR=${PROJECT_SOURCE_DIR}/cmake/qbo_exports.cmake
+                 -DWORK=${CMAKE_CURRENT_BINARY_DIR}/export_generator_rejects
+                 -P ${CMAKE_CURRENT_SOURCE_DIR}/windows/export_generator_rejects.cmake)
+set_tests_properties(export_generator_rejects PROPERTIES LABELS windows)
