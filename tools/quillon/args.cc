@@ -49,8 +49,8 @@ ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<Opt
     std::string shown = arg;
     if (arg[1] == '-') {
       const std::size_t equals = arg.find('=');
-      const std::string name = arg.substr(2, equals == std::string::npos ? std::string::npos
-                                                                          : equals - 2);
+      const std::string name =
+          arg.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
       if (equals != std::string::npos) inline_value = arg.substr(equals + 1);
       spec = FindLong(specs, name);
       shown = "--" + name;
@@ -69,8 +69,8 @@ ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<Opt
     }
     if (!inline_value) {
       if (i + 1 >= args.size()) {
-        throw UsageError(command + ": option '" + shown + "' needs a value (" +
-                         spec->value_name + ")");
+        throw UsageError(command + ": option '" + shown + "' needs a value (" + spec->value_name +
+                         ")");
       }
       inline_value = args[++i];
     }
@@ -83,7 +83,8 @@ std::string OptionHelp(const std::vector<OptionSpec>& specs) {
   std::vector<std::string> left;
   std::size_t widest = 0;
   for (const OptionSpec& spec : specs) {
-    std::string text = spec.short_name != 0 ? std::string("  -") + spec.short_name + ", " : "      ";
+    std::string text =
+        spec.short_name != 0 ? std::string("  -") + spec.short_name + ", " : "      ";
     text += std::string("--") + spec.name;
     if (spec.value_name != nullptr) text += std::string(" ") + spec.value_name;
     widest = std::max(widest, text.size());
@@ -99,9 +100,10 @@ std::string OptionHelp(const std::vector<OptionSpec>& specs) {
 long ParseInteger(const std::string& text, const std::string& option, long min, long max) {
   char* end = nullptr;
   const long value = std::strtol(text.c_str(), &end, 10);
-  if (text.empty() || *end != '\0' || value < min || value > max) {
-    throw UsageError(option + ": '" + text + "' is not a whole number from " +
-                     std::to_string(min) + " to " + std::to_string(max));
+  const bool starts_well = !text.empty() && (text[0] == '-' || (text[0] >= '0' && text[0] <= '9'));
+  if (!starts_well || *end != '\0' || value < min || value > max) {
+    throw UsageError(option + ": '" + text + "' is not a whole number from " + std::to_string(min) +
+                     " to " + std::to_string(max));
   }
   return value;
 }

@@ -11,8 +11,8 @@
 namespace quillon {
 
 struct OptionSpec {
-  const char* name;  // long name without "--"
-  char short_name;   // 0 when there is none
+  const char* name;        // long name without "--"
+  char short_name;         // 0 when there is none
   const char* value_name;  // nullptr for a flag
   const char* help;
 };

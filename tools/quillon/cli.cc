@@ -24,8 +24,8 @@ struct Command {
 };
 
 const Command kCommands[] = {
-    {"convert", "convert, scale, overlay and re-field frames between Y4M, raw and PNG",
-     RunConvert, ConvertHelp},
+    {"convert", "convert, scale, overlay and re-field frames between Y4M, raw and PNG", RunConvert,
+     ConvertHelp},
     {"demo", "run the frame chain on a built-in picture, write each stage, time it", RunDemo,
      DemoHelp},
 };
@@ -78,8 +78,8 @@ std::string MainHelp() {
       "\n"
       "Commands:\n";
   for (const Command& command : kCommands) {
-    help += "  " + std::string(command.name) + std::string(10 - std::string(command.name).size(), ' ') +
-            command.summary + "\n";
+    help += "  " + std::string(command.name) +
+            std::string(10 - std::string(command.name).size(), ' ') + command.summary + "\n";
   }
   help +=
       "  help      show the help of a command\n"
@@ -104,9 +104,9 @@ std::string VersionText() {
     }
   }
   std::string text = std::string("quillon ") + QUILLON_VERSION + " (QuillonBufferOperaU " +
-                     QUILLON_VERSION + ")\n" + "library exports used by this build: " +
-                     std::to_string(present) + " of " + std::to_string(ToolExports().size()) +
-                     "\n";
+                     QUILLON_VERSION + ")\n" +
+                     "library exports used by this build: " + std::to_string(present) + " of " +
+                     std::to_string(ToolExports().size()) + "\n";
   if (!missing.empty()) text += "not yet in the library: " + missing + "\n";
   return text;
 }
@@ -115,8 +115,7 @@ int RunCommandLine(const std::vector<std::string>& args) {
   try {
     return Dispatch(args);
   } catch (const UsageError& error) {
-    std::fprintf(stderr, "quillon: %s\nTry 'quillon --help' for more information.\n",
-                 error.what());
+    std::fprintf(stderr, "quillon: %s\nTry 'quillon --help' for more information.\n", error.what());
     return 2;
   } catch (const ToolError& error) {
     std::fprintf(stderr, "quillon: %s\n", error.what());

@@ -125,8 +125,7 @@ std::string SizeText(int width, int height) {
 
 }  // namespace
 
-ConvertChain::ConvertChain(const StreamInfo& input, Container output,
-                           const ConvertOptions& options)
+ConvertChain::ConvertChain(const StreamInfo& input, Container output, const ConvertOptions& options)
     : input_(input), options_(options) {
   output_ = input;
   const PixelFormat out_format = ChooseOutputFormat(input.format, output, options);
@@ -172,8 +171,9 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output,
   }
   for (const std::string& name : needed) {
     if (!LibraryHas(name)) {
-      Fail(name, "needed for this conversion, but this build of the QuillonBufferOperaU library "
-                 "does not have it yet");
+      Fail(name,
+           "needed for this conversion, but this build of the QuillonBufferOperaU library "
+           "does not have it yet");
     }
   }
 }
@@ -239,8 +239,9 @@ int RunConvert(const std::vector<std::string>& args) {
     return 0;
   }
   if (parsed.positional.size() != 2) {
-    throw UsageError(parsed.positional.size() < 2 ? "convert: needs IN and OUT"
-                                                  : "convert: too many file names (IN and OUT only)");
+    throw UsageError(parsed.positional.size() < 2
+                         ? "convert: needs IN and OUT"
+                         : "convert: too many file names (IN and OUT only)");
   }
   const ConvertOptions options = ToOptions(parsed);
   const std::string& in_path = parsed.positional[0];
@@ -277,8 +278,10 @@ int RunConvert(const std::vector<std::string>& args) {
   sink->Finish();
   progress.Finish(done);
   if (chain.waiting_for_field()) {
-    std::fprintf(stderr, "quillon: %s: odd number of fields; the last one had no partner and "
-                 "was left out\n", in_path.c_str());
+    std::fprintf(stderr,
+                 "quillon: %s: odd number of fields; the last one had no partner and "
+                 "was left out\n",
+                 in_path.c_str());
   }
   return 0;
 }

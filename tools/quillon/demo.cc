@@ -66,11 +66,10 @@ class StageTable {
   }
 
   // Prints one timed row; `files` are written by the caller beforehand.
-  void Row(const std::string& name, int width, int height, double ms,
-           const std::string& files) {
+  void Row(const std::string& name, int width, int height, double ms, const std::string& files) {
     const double mpix = width * static_cast<double>(height) / (ms * 1000.0);
-    std::printf("%-44s %-11s %9.3f %9.1f  %s\n", name.c_str(), SizeText(width, height).c_str(),
-                ms, mpix, files.empty() ? "-" : files.c_str());
+    std::printf("%-44s %-11s %9.3f %9.1f  %s\n", name.c_str(), SizeText(width, height).c_str(), ms,
+                mpix, files.empty() ? "-" : files.c_str());
     std::fflush(stdout);
   }
 
@@ -120,15 +119,16 @@ int RunDemo(const std::vector<std::string>& args) {
   int height = 1080;
   if (auto v = parsed.Value("size")) ParseSize(*v, "--size", width, height);
   if (width < 16 || height < 16 || width % 2 != 0 || height % 4 != 0) {
-    throw UsageError("--size: the test picture needs an even width and a height that is a "
-                     "multiple of 4, both at least 16");
+    throw UsageError(
+        "--size: the test picture needs an even width and a height that is a "
+        "multiple of 4, both at least 16");
   }
   const int frames = static_cast<int>(
       parsed.Value("frames") ? ParseInteger(*parsed.Value("frames"), "--frames", 1, 100) : 4);
   MakeDirectory(dir);
 
-  std::printf("quillon demo: %dx%d interlaced 4:2:0 test picture, %d frames, into %s/\n\n",
-              width, height, frames, dir.c_str());
+  std::printf("quillon demo: %dx%d interlaced 4:2:0 test picture, %d frames, into %s/\n\n", width,
+              height, frames, dir.c_str());
   StageTable table(dir);
   std::vector<Frame> yuv(frames);
   for (int i = 0; i < frames; ++i) DrawTestPicture420(i, width, height, yuv[i]);
@@ -224,8 +224,9 @@ int RunDemo(const std::vector<std::string>& args) {
     Frame top;
     Frame bottom;
     const double ms = MillisecondsPerRun([&] { SplitFields(display, top, bottom); });
-    table.Row("split into fields (QN_CS_SplitFrame)", width, height / 2, ms,
-              table.Save(top, "10-field-top.png") + "," + table.Save(bottom, "10-field-bottom.png"));
+    table.Row(
+        "split into fields (QN_CS_SplitFrame)", width, height / 2, ms,
+        table.Save(top, "10-field-top.png") + "," + table.Save(bottom, "10-field-bottom.png"));
     Frame composed;
     const double ms2 = MillisecondsPerRun([&] { ComposeFields(top, bottom, composed); });
     table.Row("fields back to a frame (QN_CS_ComposeFields)", width, height, ms2,
@@ -245,9 +246,8 @@ int RunDemo(const std::vector<std::string>& args) {
               QN_Clear(work.data(), pitch, 0, 0, width, height - 1, 0xFF000000u);
             }),
             "");
-  table.Row("fill (QN_MemsetDWORD)", width, height, MillisecondsPerRun([&] {
-              QN_MemsetDWORD(work.data(), 0xFF203040u, width * height);
-            }),
+  table.Row("fill (QN_MemsetDWORD)", width, height,
+            MillisecondsPerRun([&] { QN_MemsetDWORD(work.data(), 0xFF203040u, width * height); }),
             "");
   table.Row("set alpha (QN_AlphaMemSet)", width, height,
             MillisecondsPerRun([&] { QN_AlphaMemSet(work.data(), 128, width, height); }), "");

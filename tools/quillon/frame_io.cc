@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "errors.h"
 #include "files.h"
@@ -159,22 +161,38 @@ class RawSink : public FrameSink {
   StreamInfo info_;
 };
 
+// Pictures are written under temporary names and all renamed into place by
+// Finish(), so a sequence appears whole or not at all. Sequences are
+// numbered from 1.
 class PngSink : public FrameSink {
  public:
   explicit PngSink(const std::string& path) : path_(path) {}
+  ~PngSink() override {
+    for (const auto& [temp, final_name] : pending_) std::remove(temp.c_str());
+  }
   void Write(const Frame& frame) override {
-    if (!IsSequencePattern(path_) && written_ > 0) {
+    const bool sequence = IsSequencePattern(path_);
+    if (!sequence && !pending_.empty()) {
       Fail(path_, "a PNG holds one picture; name the output like out%04d.png for several");
     }
-    WritePng(IsSequencePattern(path_) ? SequenceName(path_, written_) : path_, frame);
-    ++written_;
+    const std::string name =
+        sequence ? SequenceName(path_, static_cast<int64_t>(pending_.size()) + 1) : path_;
+    const std::string temp = TemporaryNameFor(name);
+    pending_.emplace_back(temp, name);
+    WritePng(temp, frame);
   }
-  // Each picture was renamed into place as it was written.
-  void Finish() override {}
+  void Finish() override {
+    for (const auto& [temp, final_name] : pending_) {
+      if (std::rename(temp.c_str(), final_name.c_str()) != 0) {
+        Fail(final_name, "cannot rename the finished file into place");
+      }
+    }
+    pending_.clear();
+  }
 
  private:
   std::string path_;
-  int64_t written_ = 0;
+  std::vector<std::pair<std::string, std::string>> pending_;
 };
 
 }  // namespace
@@ -221,8 +239,9 @@ std::unique_ptr<FrameSource> OpenSource(const std::string& path, const RawInputS
       break;
   }
   if (!raw.format || raw.width == 0) {
-    Fail(path, "unknown format: raw frames need --in-format FMT and --in-size WxH "
-               "(or name the file *.y4m or *.png)");
+    Fail(path,
+         "unknown format: raw frames need --in-format FMT and --in-size WxH "
+         "(or name the file *.y4m or *.png)");
   }
   const std::string size_problem = CheckSize(*raw.format, raw.width, raw.height);
   if (!size_problem.empty()) Fail(path, "unsupported size: " + size_problem);
@@ -234,7 +253,8 @@ std::unique_ptr<FrameSink> OpenSink(const std::string& path, const StreamInfo& i
   if (!ContainerHolds(container, info.format)) {
     Fail(path, std::string("cannot hold ") + FormatName(info.format) + " frames");
   }
-  if (container == Container::kPng && IsSequencePattern(path) == false && path.find('%') != std::string::npos) {
+  if (container == Container::kPng && IsSequencePattern(path) == false &&
+      path.find('%') != std::string::npos) {
     Fail(path, "a numbered name takes one %d (such as %04d) and no other %");
   }
   switch (container) {

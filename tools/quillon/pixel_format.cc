@@ -65,8 +65,7 @@ std::string CheckSize(PixelFormat format, int width, int height) {
     return std::string(FormatName(format)) + " needs an even width, not " + std::to_string(width);
   }
   if (half_height && height % 2 != 0) {
-    return std::string(FormatName(format)) + " needs an even height, not " +
-           std::to_string(height);
+    return std::string(FormatName(format)) + " needs an even height, not " + std::to_string(height);
   }
   return "";
 }

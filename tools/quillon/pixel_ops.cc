@@ -8,21 +8,21 @@
 // QUILLON_HAVE_<export> is 1 or 0, set at configure time from what the
 // library's header declares, so the tool builds against any state of the
 // library and uses each export as soon as it exists.
-#define QUILLON_EXPORTS(X)                                                                  \
-  X(QN_CS_YUV420_BGRA_Frame)                                                                \
-  X(QN_CS_YUV422_BGRA_Frame)                                                                \
-  X(QN_CS_YUYV2BGRA_Frame)                                                                  \
-  X(QN_CS_BGRA2YUYV_Frame)                                                                  \
-  X(QN_CS_420_422_YUVFrame)                                                                 \
-  X(QN_CS_422_420_YUVFrame)                                                                 \
-  X(QN_CS_422_420_YUVField)                                                                 \
-  X(QN_CS_SplitFrame)                                                                       \
-  X(QN_CS_ComposeFields)                                                                    \
-  X(QN_BitBlt)                                                                              \
-  X(QN_StretchBlt)                                                                          \
-  X(QN_StretchBlt_Mean)                                                                     \
-  X(QN_Re4Sampling)                                                                         \
-  X(QN_Re8Sampling)                                                                         \
+#define QUILLON_EXPORTS(X)   \
+  X(QN_CS_YUV420_BGRA_Frame) \
+  X(QN_CS_YUV422_BGRA_Frame) \
+  X(QN_CS_YUYV2BGRA_Frame)   \
+  X(QN_CS_BGRA2YUYV_Frame)   \
+  X(QN_CS_420_422_YUVFrame)  \
+  X(QN_CS_422_420_YUVFrame)  \
+  X(QN_CS_422_420_YUVField)  \
+  X(QN_CS_SplitFrame)        \
+  X(QN_CS_ComposeFields)     \
+  X(QN_BitBlt)               \
+  X(QN_StretchBlt)           \
+  X(QN_StretchBlt_Mean)      \
+  X(QN_Re4Sampling)          \
+  X(QN_Re8Sampling)          \
   X(QN_OverTurnSelf)
 
 namespace quillon {
@@ -57,8 +57,8 @@ void Require(const std::vector<std::string>& exports) {
 void CallYuv420ToBgra(const Plane& d, const Plane& y, const Plane& u, const Plane& v, int32_t w,
                       int32_t h, int32_t bt709) {
 #if QUILLON_HAVE_QN_CS_YUV420_BGRA_Frame
-  QN_CS_YUV420_BGRA_Frame(AnyPtr(d.data), d.pitch, AnyPtr(y.data), y.pitch, AnyPtr(u.data),
-                          u.pitch, AnyPtr(v.data), v.pitch, w, h, bt709, 0);
+  QN_CS_YUV420_BGRA_Frame(AnyPtr(d.data), d.pitch, AnyPtr(y.data), y.pitch, AnyPtr(u.data), u.pitch,
+                          AnyPtr(v.data), v.pitch, w, h, bt709, 0);
 #else
   Missing("QN_CS_YUV420_BGRA_Frame");
 #endif
@@ -67,8 +67,8 @@ void CallYuv420ToBgra(const Plane& d, const Plane& y, const Plane& u, const Plan
 void CallYuv422ToBgra(const Plane& d, const Plane& y, const Plane& u, const Plane& v, int32_t w,
                       int32_t h, int32_t bt709) {
 #if QUILLON_HAVE_QN_CS_YUV422_BGRA_Frame
-  QN_CS_YUV422_BGRA_Frame(AnyPtr(d.data), d.pitch, AnyPtr(y.data), y.pitch, AnyPtr(u.data),
-                          u.pitch, AnyPtr(v.data), v.pitch, w, h, bt709, 0);
+  QN_CS_YUV422_BGRA_Frame(AnyPtr(d.data), d.pitch, AnyPtr(y.data), y.pitch, AnyPtr(u.data), u.pitch,
+                          AnyPtr(v.data), v.pitch, w, h, bt709, 0);
 #else
   Missing("QN_CS_YUV422_BGRA_Frame");
 #endif
@@ -77,8 +77,8 @@ void CallYuv422ToBgra(const Plane& d, const Plane& y, const Plane& u, const Plan
 void CallYuv420ToYuyv(const Plane& d, const Plane& y, const Plane& u, const Plane& v, int32_t w,
                       int32_t h, int32_t) {
 #if QUILLON_HAVE_QN_CS_420_422_YUVFrame
-  QN_CS_420_422_YUVFrame(AnyPtr(d.data), d.pitch, AnyPtr(y.data), y.pitch, AnyPtr(u.data),
-                         u.pitch, AnyPtr(v.data), v.pitch, w, h);
+  QN_CS_420_422_YUVFrame(AnyPtr(d.data), d.pitch, AnyPtr(y.data), y.pitch, AnyPtr(u.data), u.pitch,
+                         AnyPtr(v.data), v.pitch, w, h);
 #else
   Missing("QN_CS_420_422_YUVFrame");
 #endif
@@ -88,8 +88,8 @@ void CallYuyvTo420(const Plane& s, const Plane& y, const Plane& u, const Plane& 
                    int32_t h, bool by_field) {
 #if QUILLON_HAVE_QN_CS_422_420_YUVFrame && QUILLON_HAVE_QN_CS_422_420_YUVField
   auto* const convert = by_field ? &QN_CS_422_420_YUVFrame : &QN_CS_422_420_YUVField;
-  convert(AnyPtr(y.data), y.pitch, AnyPtr(u.data), u.pitch, AnyPtr(v.data), v.pitch,
-          AnyPtr(s.data), s.pitch, w, h);
+  convert(AnyPtr(y.data), y.pitch, AnyPtr(u.data), u.pitch, AnyPtr(v.data), v.pitch, AnyPtr(s.data),
+          s.pitch, w, h);
 #else
   Missing(by_field ? "QN_CS_422_420_YUVFrame" : "QN_CS_422_420_YUVField");
 #endif
@@ -134,9 +134,9 @@ int32_t CallBlit(BlitExport which, const BlitArgs& a) {
 #endif
     case BlitExport::kStretchBlt:
 #if QUILLON_HAVE_QN_StretchBlt
-      return QN_StretchBlt(AnyPtr(a.dst), a.x, a.y, a.width, a.height, a.dst_width,
-                           a.dst_height, AnyPtr(a.src), 0, 0, a.src_width, a.src_height,
-                           a.src_width, a.src_height, a.mode, 0);
+      return QN_StretchBlt(AnyPtr(a.dst), a.x, a.y, a.width, a.height, a.dst_width, a.dst_height,
+                           AnyPtr(a.src), 0, 0, a.src_width, a.src_height, a.src_width,
+                           a.src_height, a.mode, 0);
 #else
       Missing("QN_StretchBlt");
 #endif
@@ -342,8 +342,8 @@ void FromBgra(const Frame& src, PixelFormat format, Frame& dst, bool bt709) {
   }
   dst.Reset(PixelFormat::kYuv420p, src.width(), src.height());
   dst.order = src.order;
-  CallYuyvTo420(yuyv.plane(0), dst.plane(0), dst.plane(1), dst.plane(2), src.width(),
-                src.height(), Interlaced(src));
+  CallYuyvTo420(yuyv.plane(0), dst.plane(0), dst.plane(1), dst.plane(2), src.width(), src.height(),
+                Interlaced(src));
 }
 
 void Yuv420ToYuyv(const Frame& src, Frame& dst) {
@@ -374,8 +374,17 @@ void Scale(const Frame& src, Frame& dst, ScaleFilter filter) {
                  src.data(), src.width(), src.height());
     return;
   }
-  const BlitArgs args{dst.data(), 0,          0,           dst.width(), dst.height(), dst.width(),
-                      dst.height(), src.data(), src.width(), src.height(), 1};
+  const BlitArgs args{dst.data(),
+                      0,
+                      0,
+                      dst.width(),
+                      dst.height(),
+                      dst.width(),
+                      dst.height(),
+                      src.data(),
+                      src.width(),
+                      src.height(),
+                      1};
   const int32_t result = CallBlit(
       filter == ScaleFilter::kMean ? BlitExport::kStretchBltMean : BlitExport::kStretchBlt, args);
   if (result != 1) {
@@ -386,10 +395,17 @@ void Scale(const Frame& src, Frame& dst, ScaleFilter filter) {
 void Overlay(Frame& frame, const Frame& overlay, int x, int y) {
   // Mode 0 is alpha over. A result of 0 means the overlay lies wholly
   // outside the frame: nothing to do.
-  const BlitArgs args{frame.data(),    x,           y,
-                      overlay.width(), overlay.height(), frame.width(),
-                      frame.height(),  overlay.data(),   overlay.width(),
-                      overlay.height(), 0};
+  const BlitArgs args{frame.data(),
+                      x,
+                      y,
+                      overlay.width(),
+                      overlay.height(),
+                      frame.width(),
+                      frame.height(),
+                      overlay.data(),
+                      overlay.width(),
+                      overlay.height(),
+                      0};
   CallBlit(BlitExport::kBitBlt, args);
 }
 

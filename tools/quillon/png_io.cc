@@ -59,8 +59,8 @@ bool ReadRows(png_structp png, png_infop info, png_bytepp rows, PngErrorJump* er
   return true;
 }
 
-bool WriteRows(png_structp png, png_infop info, std::FILE* file, const PngHeader* header,
-               bool bgr, png_bytepp rows, PngErrorJump* error) {
+bool WriteRows(png_structp png, png_infop info, std::FILE* file, const PngHeader* header, bool bgr,
+               png_bytepp rows, PngErrorJump* error) {
   if (setjmp(error->jump)) return false;
   png_init_io(png, file);
   png_set_IHDR(png, info, header->width, header->height, 8,

@@ -38,8 +38,8 @@ std::string ProgressLine(int64_t done, int64_t total, double seconds, int column
     std::snprintf(counts, sizeof counts, " %lld/%lld frames  %.1f fps  %s left",
                   static_cast<long long>(done), static_cast<long long>(total), fps, left.c_str());
   } else {
-    std::snprintf(counts, sizeof counts, " %lld frames  %.1f fps  %s",
-                  static_cast<long long>(done), fps, Clock(seconds).c_str());
+    std::snprintf(counts, sizeof counts, " %lld frames  %.1f fps  %s", static_cast<long long>(done),
+                  fps, Clock(seconds).c_str());
   }
   std::string line;
   const int bar = columns - 1 - static_cast<int>(std::string(counts).size()) - 2;
@@ -71,7 +71,8 @@ void Progress::Update(int64_t done) {
   if (drawn_ && now - last_draw_ < std::chrono::milliseconds(125)) return;
   last_draw_ = now;
   const double seconds = std::chrono::duration<double>(now - start_).count();
-  std::fprintf(stderr, "\r%s\033[K", ProgressLine(done, total_, seconds, TerminalColumns()).c_str());
+  std::fprintf(stderr, "\r%s\033[K",
+               ProgressLine(done, total_, seconds, TerminalColumns()).c_str());
   drawn_ = true;
 }
 

@@ -128,7 +128,8 @@ void DrawOverlayRgba(int width, int height, Frame& rgba) {
       double alpha = (40 + 190.0 * x / (width - 1)) * edge;
       uint8_t r = 20, g = 40, b = 120;
       // An opaque yellow bar across the middle, a third of the panel long.
-      const bool mark = x > width / 8 && x < width * 11 / 24 && std::abs(y - height / 2) < height / 8;
+      const bool mark =
+          x > width / 8 && x < width * 11 / 24 && std::abs(y - height / 2) < height / 8;
       if (mark && edge > 0) {
         r = 250;
         g = 220;

@@ -96,15 +96,14 @@ StreamInfo ParseY4mHeader(const std::string& path, const std::string& line) {
         } else if (value == "b") {
           info.order = FieldOrder::kBottomFirst;
         } else {
-          Fail(path, "unsupported interlace mode I" + value +
-                         " (quillon reads Ip, It and Ib streams)");
+          Fail(path,
+               "unsupported interlace mode I" + value + " (quillon reads Ip, It and Ib streams)");
         }
         break;
       case 'C':
         // The siting variants differ in where chroma sits, not in how much
         // there is; the library's own interlaced siting is used for all.
-        if (value == "420jpeg" || value == "420mpeg2" || value == "420paldv" ||
-            value == "420") {
+        if (value == "420jpeg" || value == "420mpeg2" || value == "420paldv" || value == "420") {
           info.format = PixelFormat::kYuv420p;
         } else if (value == "422") {
           info.format = PixelFormat::kYuv422p;
@@ -172,8 +171,7 @@ bool Y4mReader::Read(Frame& frame) {
   return true;
 }
 
-Y4mWriter::Y4mWriter(const std::string& path, const StreamInfo& info)
-    : file_(path), info_(info) {
+Y4mWriter::Y4mWriter(const std::string& path, const StreamInfo& info) : file_(path), info_(info) {
   const std::string header = FormatY4mHeader(info);
   file_.Write(header.data(), header.size());
 }
