@@ -2,11 +2,21 @@
 #ifndef QBO_BLIT_BLIT_KERNELS_H_
 #define QBO_BLIT_BLIT_KERNELS_H_
 
+#include "blit/bilinear_row.h"
+#include "blit/blend_row.h"
+#include "blit/mean_row.h"
 #include "frame/kernel_level.h"
 
 namespace qbo {
 
 struct BlitKernels {
+  BlendRowFn blend_over = nullptr;
+  BlendRowFn blend_over_inverted = nullptr;
+  BilinearVertRowFn bilinear_vert = nullptr;
+  BilinearHorizRowFn bilinear_horiz = nullptr;
+  MeanVertRowFn mean_vert = nullptr;
+  MeanHorizRowFn mean_horiz = nullptr;
+  YuyvMeanHorizRowFn yuyv_mean_horiz = nullptr;
 };
 
 // Fills `k` with the rows of `level`: the reference rows first, then each

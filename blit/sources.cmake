@@ -1,3 +1,21 @@
 list(APPEND QBO_SOURCES
+  blit/bilinear_row_avx2.cc
+  blit/bilinear_row_c.cc
+  blit/bilinear_row_sse2.cc
+  blit/bit_blt.cc
+  blit/blend_row_avx2.cc
+  blit/blend_row_c.cc
+  blit/blend_row_sse2.cc
   blit/blit_kernels.cc
-  blit/zoom_kernels.cc)
+  blit/mean_row_avx2.cc
+  blit/mean_row_c.cc
+  blit/mean_row_sse2.cc
+  blit/stretch_blt.cc
+  blit/stretch_plan.cc
+  blit/yuyv_mean_stretch.cc
+  blit/zoom.cc
+  blit/zoom_clip.cc
+  blit/zoom_kernels.cc
+  blit/zoom_row_avx2.cc
+  blit/zoom_row_c.cc
+  blit/zoom_row_sse2.cc)

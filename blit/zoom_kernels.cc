@@ -3,8 +3,9 @@
 namespace qbo {
 
 void FillZoomKernels(ZoomKernels* k, KernelLevel level) {
-  (void)k;
-  (void)level;
+  *k = ZoomKernels{Zoom8Row_C, Zoom32Row_C};
+  if (level >= KernelLevel::kSse2) *k = ZoomKernels{Zoom8Row_Any_SSE2, Zoom32Row_Any_SSE2};
+  if (level >= KernelLevel::kAvx2) *k = ZoomKernels{Zoom8Row_Any_AVX2, Zoom32Row_Any_AVX2};
 }
 
 }  // namespace qbo

@@ -3,10 +3,15 @@
 #define QBO_YUVLAYOUT_YUVLAYOUT_KERNELS_H_
 
 #include "frame/kernel_level.h"
+#include "yuvlayout/yuvlayout_row.h"
 
 namespace qbo {
 
 struct YuvLayoutKernels {
+  InterleaveYuyvRowFn interleave_yuyv = nullptr;
+  BlendChromaRowFn blend_chroma = nullptr;
+  YuyvToLumaRowFn yuyv_to_luma = nullptr;
+  YuyvToChromaRowFn yuyv_to_chroma = nullptr;
 };
 
 // Fills `k` with the rows of `level`: the reference rows first, then each

@@ -1,0 +1,73 @@
+#include <immintrin.h>
+
+#include "blit/bilinear_row.h"
+
+namespace qbo {
+
+// The SSE2 row's arithmetic, 32 bytes a step.
+void BilinearVertRow_AVX2(uint16_t* v, const uint8_t* top, const uint8_t* bottom, uint32_t wt,
+                          std::size_t count) {
+  const __m256i one = _mm256_set1_epi16(1);
+  const __m256i w_top = _mm256_set1_epi16(static_cast<short>(wt));
+  const __m256i w_bottom = _mm256_set1_epi16(static_cast<short>(65535 - wt));
+  for (std::size_t i = 0; i < count; i += 32) {
+    for (int h = 0; h < 2; ++h) {
+      const __m256i t = _mm256_cvtepu8_epi16(
+          _mm_loadu_si128(reinterpret_cast<const __m128i*>(top + i + 16 * h)));
+      const __m256i b = _mm256_cvtepu8_epi16(
+          _mm_loadu_si128(reinterpret_cast<const __m128i*>(bottom + i + 16 * h)));
+      const __m256i upper =
+          _mm256_adds_epu16(_mm256_mulhi_epu16(_mm256_add_epi16(t, one), w_top), one);
+      const __m256i lower = _mm256_mulhi_epu16(_mm256_add_epi16(b, one), w_bottom);
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(v + i + 16 * h),
+                          _mm256_adds_epu16(upper, lower));
+    }
+  }
+}
+
+void BilinearVertRow_Any_AVX2(uint16_t* v, const uint8_t* top, const uint8_t* bottom,
+                              uint32_t wt, std::size_t count) {
+  const std::size_t whole = count & ~std::size_t{31};
+  if (whole) BilinearVertRow_AVX2(v, top, bottom, wt, whole);
+  BilinearVertRow_Any_SSE2(v + whole, top + whole, bottom + whole, wt, count - whole);
+}
+
+namespace {
+
+inline __m256i LoadPixelPair(const uint16_t* v, int32_t c0, int32_t c1) {
+  const __m128i lo = _mm_loadu_si128(reinterpret_cast<const __m128i*>(v + 4 * static_cast<std::ptrdiff_t>(c0)));
+  const __m128i hi = _mm_loadu_si128(reinterpret_cast<const __m128i*>(v + 4 * static_cast<std::ptrdiff_t>(c1)));
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(lo), hi, 1);
+}
+
+}  // namespace
+
+// Four pixels a step: pixels 0 | 1 and 2 | 3 share a register, one per
+// 128-bit lane. The pairs p0..p3, unpacked with themselves, give 32-bit
+// elements (wl0 wl0)(wr0 wr0)(wl1 wl1)(wr1 wr1); the permute spreads them to
+// wl0 x4 wr0 x4 | wl1 x4 wr1 x4. After the sums, lane 0 holds pixels 0, 2
+// and lane 1 pixels 1, 3; the last permute puts them in order.
+void BilinearHorizRow_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
+                           const uint32_t* pairs, std::size_t width) {
+  const __m256i spread = _mm256_setr_epi32(0, 0, 1, 1, 2, 2, 3, 3);
+  const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 0, 4, 1, 5);
+  for (std::size_t i = 0; i < width; i += 4) {
+    const __m128i p = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pairs + i));
+    const __m256i w01 = _mm256_permutevar8x32_epi32(_mm256_castsi128_si256(_mm_unpacklo_epi16(p, p)), spread);
+    const __m256i w23 = _mm256_permutevar8x32_epi32(_mm256_castsi128_si256(_mm_unpackhi_epi16(p, p)), spread);
+    const __m256i a = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i], cols[i + 1]), w01);
+    const __m256i b = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i + 2], cols[i + 3]), w23);
+    const __m256i sum = _mm256_adds_epu16(_mm256_unpacklo_epi64(a, b), _mm256_unpackhi_epi64(a, b));
+    const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_packus_epi16(sum, sum), order);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i * 4), _mm256_castsi256_si128(packed));
+  }
+}
+
+void BilinearHorizRow_Any_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
+                               const uint32_t* pairs, std::size_t width) {
+  const std::size_t whole = width & ~std::size_t{3};
+  if (whole) BilinearHorizRow_AVX2(dst, v, cols, pairs, whole);
+  BilinearHorizRow_C(dst + whole * 4, v, cols + whole, pairs + whole, width - whole);
+}
+
+}  // namespace qbo
