@@ -146,6 +146,51 @@ TEST(ConvertChain, WorksOutTheOutputStream) {
   }
 }
 
+TEST(ConvertChain, PixelAspectFollowsTheShapeOfThePixels) {
+  struct Case {
+    FieldMode fields;
+    int width, height;  // 0: no scaling
+    int in_num, in_den;
+    int num, den;
+  };
+  const Case cases[] = {
+      {FieldMode::kNone, 0, 0, 16, 15, 16, 15},
+      // A field's rows are twice as tall: 16:15 becomes 16:30 = 8:15.
+      {FieldMode::kSplit, 0, 0, 16, 15, 8, 15},
+      {FieldMode::kCompose, 0, 0, 8, 15, 16, 15},
+      // 720x576 at 16:15 is a 4:3 picture; stretched to 1024x576 it stays
+      // 4:3, so its pixels are 16/15 x (720 x 576) / (576 x 1024) = 3:4.
+      {FieldMode::kNone, 1024, 576, 16, 15, 3, 4},
+      {FieldMode::kNone, 360, 288, 16, 15, 16, 15},
+      // Squeezed to half the width, each pixel is twice as wide.
+      {FieldMode::kNone, 360, 576, 1, 1, 2, 1},
+      {FieldMode::kSplit, 0, 0, 0, 0, 0, 0},  // unknown stays unknown
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.in_num) + ":" + std::to_string(c.in_den));
+    StreamInfo in;
+    in.format = PixelFormat::kYuv422p;
+    in.width = 720;
+    in.height = 576;
+    in.aspect_num = c.in_num;
+    in.aspect_den = c.in_den;
+    ConvertOptions options;
+    options.fields = c.fields;
+    options.width = c.width;
+    options.height = c.height;
+    std::vector<std::string> needs = {c.fields == FieldMode::kSplit     ? "QN_CS_SplitFrame"
+                                      : c.fields == FieldMode::kCompose ? "QN_CS_ComposeFields"
+                                                                        : "QN_OverTurnSelf"};
+    if (c.width != 0) needs = {"QN_StretchBlt", "QN_CS_YUV422_BGRA_Frame"};
+    bool available = true;
+    for (const std::string& name : needs) available = available && LibraryHas(name);
+    if (!available) continue;
+    const ConvertChain chain(in, Container::kY4m, options);
+    EXPECT_EQ(chain.output_info().aspect_num, c.num);
+    EXPECT_EQ(chain.output_info().aspect_den, c.den);
+  }
+}
+
 TEST(ConvertChain, RefusesSizesTheOutputCannotHold) {
   StreamInfo in;
   in.format = PixelFormat::kRgba;

@@ -1,7 +1,9 @@
 #include "convert.h"
 
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
+#include <numeric>
 #include <utility>
 
 #include "args.h"
@@ -119,6 +121,23 @@ PixelFormat ChooseOutputFormat(PixelFormat input, Container container,
   return alpha ? PixelFormat::kRgba : PixelFormat::kRgb24;
 }
 
+// Multiplies a pixel aspect ratio by mul_num / mul_den, reduced; 0:0
+// ("unknown") stays unknown.
+void ScaleAspect(StreamInfo& info, int64_t mul_num, int64_t mul_den) {
+  if (info.aspect_num == 0 || info.aspect_den == 0) return;
+  int64_t num = info.aspect_num * mul_num;
+  int64_t den = info.aspect_den * mul_den;
+  const int64_t divisor = std::gcd(num, den);
+  num /= divisor;
+  den /= divisor;
+  if (num > INT32_MAX || den > INT32_MAX) {
+    info.aspect_num = info.aspect_den = 0;
+    return;
+  }
+  info.aspect_num = static_cast<int>(num);
+  info.aspect_den = static_cast<int>(den);
+}
+
 std::string SizeText(int width, int height) {
   return std::to_string(width) + "x" + std::to_string(height);
 }
@@ -139,6 +158,7 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     output_.height = input.height * 2;
     output_.frame_count = input.frame_count < 0 ? -1 : input.frame_count / 2;
     output_.order = order = FieldOrder::kTopFirst;
+    ScaleAspect(output_, 2, 1);  // a frame's rows are half a field row tall
     needed.push_back("QN_CS_ComposeFields");
   }
   through_bgra_ = options.width != 0 || !options.overlay_path.empty() || out_format != input.format;
@@ -146,6 +166,9 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     for (const std::string& name : ExportsForToBgra(input.format, order)) needed.push_back(name);
   }
   if (options.width != 0) {
+    // The picture keeps its shape on screen, so the pixels change theirs.
+    ScaleAspect(output_, static_cast<int64_t>(output_.width) * options.height,
+                static_cast<int64_t>(output_.height) * options.width);
     output_.width = options.width;
     output_.height = options.height;
     needed.push_back(ScaleExport(options.filter));
@@ -166,6 +189,7 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     if (!problem.empty()) Fail("--fields", "unsupported size: " + problem);
     output_.height /= 2;
     output_.order = FieldOrder::kProgressive;
+    ScaleAspect(output_, 1, 2);
     output_.frame_count = input.frame_count < 0 ? -1 : input.frame_count * 2;
     needed.push_back("QN_CS_SplitFrame");
   }
