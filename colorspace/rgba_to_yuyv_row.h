@@ -30,6 +30,9 @@
 //     pixel, writing 8 bytes), 2 a pair and 1 a single pixel as above.
 //     Reads 3 * width bytes (rounded up to a multiple of 12 when width % 4
 //     is 3), writes 2 * width bytes rounded up to a multiple of 4.
+//   params point into the coefficient block; the SIMD rows rely on its
+//   weights staying within +-16383 (the AVX2 row doubles them) and on the
+//   alpha lanes' weight being 0 (24-bit rows fill byte 3 with a neighbour).
 //   No row aliases its source with a destination; any alignment.
 //   _SSE2 / _AVX2 rows take width % 8 == 0 / width % 16 == 0 and read
 //   exactly the bytes the reference reads. _Any_ rows run the SIMD row on

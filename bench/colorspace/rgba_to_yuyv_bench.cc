@@ -84,21 +84,40 @@ QBO_BENCH_STANDARDS(BM_QN_CS_BGRA2YUYV_Frame);
 QBO_BENCH_LEVELS(BM_QN_CS_BGRA2YUYVA_Frame);
 QBO_BENCH_LEVELS(BM_QN_CS_BGR2YUYV_Frame);
 
-// One 1920-pixel row again and again: the rows' arithmetic cost with the
-// data in the first-level cache.
-void BM_RgbaToYuyvRow(benchmark::State& state, RgbaToYuyvRowFn row, KernelLevel level) {
+// One row again and again: the rows' arithmetic cost with the data in the
+// first-level cache (BGRA / BGR, BT.709).
+void BM_Row(benchmark::State& state, RgbaToYuyvRowFn row, KernelLevel level, int src_bpp) {
   if (level > MachineKernelLevel()) state.SkipWithError("level not available on this CPU");
+  const int width = static_cast<int>(state.range(0));
   const RgbToYuyvParams params = SelectRgbToYuyvParams(true, true);
-  Frame src(kSrcPitch), dst(kDstPitch);
+  Frame src(static_cast<std::size_t>(width) * src_bpp), dst(static_cast<std::size_t>(width) * 2);
   for (auto _ : state) {
-    row(src.data(), dst.data(), kFrameWidth, &params);
+    row(src.data(), dst.data(), width, &params);
     benchmark::ClobberMemory();
   }
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * kSrcPitch));
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * src.size()));
 }
-BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, C/1920, RgbaToYuyvRow_C, KernelLevel::kC);
-BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, SSE2/1920, RgbaToYuyvRow_Any_SSE2, KernelLevel::kSse2);
-BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, AVX2/1920, RgbaToYuyvRow_Any_AVX2, KernelLevel::kAvx2);
+
+void RowWidths(benchmark::internal::Benchmark* b) {
+  for (int width : {64, 720, 1920, 3840}) b->Arg(width);
+}
+
+void BM_RgbaToYuyvRow(benchmark::State& state, RgbaToYuyvRowFn row, KernelLevel level) {
+  BM_Row(state, row, level, 4);
+}
+void BM_Rgb24ToYuyvRow(benchmark::State& state, RgbaToYuyvRowFn row, KernelLevel level) {
+  BM_Row(state, row, level, 3);
+}
+BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, C, RgbaToYuyvRow_C, KernelLevel::kC)->Apply(RowWidths);
+BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, SSE2, RgbaToYuyvRow_Any_SSE2, KernelLevel::kSse2)
+    ->Apply(RowWidths);
+BENCHMARK_CAPTURE(BM_RgbaToYuyvRow, AVX2, RgbaToYuyvRow_Any_AVX2, KernelLevel::kAvx2)
+    ->Apply(RowWidths);
+BENCHMARK_CAPTURE(BM_Rgb24ToYuyvRow, C, Rgb24ToYuyvRow_C, KernelLevel::kC)->Apply(RowWidths);
+BENCHMARK_CAPTURE(BM_Rgb24ToYuyvRow, SSE2, Rgb24ToYuyvRow_Any_SSE2, KernelLevel::kSse2)
+    ->Apply(RowWidths);
+BENCHMARK_CAPTURE(BM_Rgb24ToYuyvRow, AVX2, Rgb24ToYuyvRow_Any_AVX2, KernelLevel::kAvx2)
+    ->Apply(RowWidths);
 
 #if defined(QBO_BENCH_LIBYUV)
 // libyuv's "ARGB" is B, G, R, A in memory: the same bytes as BGRA here.

@@ -202,13 +202,14 @@ void SweepSimdRows(Check check) {
 
 std::size_t YuyvBytes(int width) { return static_cast<std::size_t>((width + 1) / 2 * 4); }
 
-// `simd` against `reference` on one row; the source of `src_bytes` ends at
-// an inaccessible page, so any over-read faults.
+// `simd` against `reference` on one row. The source starts `offset` bytes
+// off its page-end alignment: at offset 0 it ends at an inaccessible page,
+// so any over-read faults; other offsets misalign it.
 void ExpectRowMatches(RgbaToYuyvRowFn reference, RgbaToYuyvRowFn simd, std::size_t src_bytes,
                       bool bgra, bool bt709, int width, std::size_t offset, uint32_t seed) {
   const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709);
-  PageEndBuffer src(src_bytes);
-  FillRandom(src.data(), src_bytes, seed);
+  PageEndBuffer src(src_bytes + offset);
+  FillRandom(src.data(), src.size(), seed);
   GuardedBuffer expected(YuyvBytes(width), offset), actual(YuyvBytes(width), offset);
   reference(src.data(), expected.data(), width, &params);
   simd(src.data(), actual.data(), width, &params);
@@ -229,8 +230,8 @@ TEST(RgbaToYuyvAlphaRowSimd, MatchesTheReference) {
                    uint32_t seed) {
     const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709);
     const std::size_t src_bytes = static_cast<std::size_t>(4 * width);
-    PageEndBuffer src(src_bytes);
-    FillRandom(src.data(), src_bytes, seed);
+    PageEndBuffer src(src_bytes + offset);
+    FillRandom(src.data(), src.size(), seed);
     const std::size_t alpha_bytes = static_cast<std::size_t>(width + (width & 1));
     GuardedBuffer expected(YuyvBytes(width), offset), actual(YuyvBytes(width), offset);
     GuardedBuffer expected_alpha(alpha_bytes, offset + 1), actual_alpha(alpha_bytes, offset + 1);
@@ -254,16 +255,19 @@ TEST(Rgb24ToYuyvRowSimd, MatchesTheReference) {
 }
 
 // Extremes that random bytes rarely hit: saturated primaries, black, white
-// and alpha 0/255, in every position of a SIMD block.
+// and alpha 0/255, in every position of a SIMD block, through every row.
 TEST(RgbaToYuyvRowSimd, MatchesTheReferenceOnExtremes) {
   const uint8_t levels[] = {0, 1, 127, 128, 254, 255};
-  Bytes src;
+  Bytes src, src24;
   for (uint8_t r : levels) {
     for (uint8_t g : levels) {
-      for (uint8_t b : levels) src.insert(src.end(), {r, g, b, static_cast<uint8_t>(r ^ b)});
+      for (uint8_t b : levels) {
+        src.insert(src.end(), {r, g, b, static_cast<uint8_t>(r ^ b)});
+        src24.insert(src24.end(), {r, g, b});
+      }
     }
   }
-  const int width = static_cast<int>(src.size() / 4);
+  const int width = static_cast<int>(src.size() / 4);  // 216, a multiple of 4
   for (const SimdRows& rows : kSimdRows) {
     if (rows.level > MachineKernelLevel()) continue;
     for (bool bgra : {kRgba, kBgra}) {
@@ -271,12 +275,43 @@ TEST(RgbaToYuyvRowSimd, MatchesTheReferenceOnExtremes) {
         SCOPED_TRACE(::testing::Message() << rows.name << " bgra " << bgra << " bt709 " << bt709);
         const RgbToYuyvParams params = SelectRgbToYuyvParams(bgra, bt709);
         Bytes expected(YuyvBytes(width)), actual(YuyvBytes(width));
-        RgbaToYuyvRow_C(src.data(), expected.data(), width, &params);
+        Bytes expected_alpha(static_cast<std::size_t>(width)), actual_alpha(expected_alpha.size());
+        RgbaToYuyvAlphaRow_C(src.data(), expected.data(), expected_alpha.data(), width, &params);
         rows.yuyv(src.data(), actual.data(), width, &params);
+        EXPECT_EQ(MismatchMap(expected.data(), actual.data(), expected.size(), 1, 4), "");
+        rows.yuyva(src.data(), actual.data(), actual_alpha.data(), width, &params);
+        EXPECT_EQ(MismatchMap(expected.data(), actual.data(), expected.size(), 1, 4), "");
+        EXPECT_EQ(expected_alpha, actual_alpha);
+        rows.rgb24(src24.data(), actual.data(), width, &params);
         EXPECT_EQ(MismatchMap(expected.data(), actual.data(), expected.size(), 1, 4), "");
       }
     }
   }
+}
+
+// The exports must run the rows of the level the table was filled at: the
+// entry tests cannot tell a reference row from a SIMD one by the bytes.
+TEST(ColorspaceKernels, RgbToYuyvRowsFollowTheLevel) {
+  ForEachLevel([](KernelLevel level) {
+    const ColorspaceKernels& k = Kernels().colorspace;
+    switch (level) {
+      case KernelLevel::kC:
+        EXPECT_EQ(k.rgba_to_yuyv, &RgbaToYuyvRow_C);
+        EXPECT_EQ(k.rgba_to_yuyva, &RgbaToYuyvAlphaRow_C);
+        EXPECT_EQ(k.rgb24_to_yuyv, &Rgb24ToYuyvRow_C);
+        break;
+      case KernelLevel::kSse2:
+        EXPECT_EQ(k.rgba_to_yuyv, &RgbaToYuyvRow_Any_SSE2);
+        EXPECT_EQ(k.rgba_to_yuyva, &RgbaToYuyvAlphaRow_Any_SSE2);
+        EXPECT_EQ(k.rgb24_to_yuyv, &Rgb24ToYuyvRow_Any_SSE2);
+        break;
+      case KernelLevel::kAvx2:
+        EXPECT_EQ(k.rgba_to_yuyv, &RgbaToYuyvRow_Any_AVX2);
+        EXPECT_EQ(k.rgba_to_yuyva, &RgbaToYuyvAlphaRow_Any_AVX2);
+        EXPECT_EQ(k.rgb24_to_yuyv, &Rgb24ToYuyvRow_Any_AVX2);
+        break;
+    }
+  });
 }
 
 }  // namespace
