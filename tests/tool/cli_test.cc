@@ -54,6 +54,7 @@ TEST(Cli, HelpVersionAndUsageErrors) {
       {{"convert", "-f", "nv12", "a", "b"}, 2, "", "--in-format: unknown pixel format 'nv12'"},
       {{"convert", "--interlace", "yes", "a", "b"}, 2, "", "--interlace: 'yes' is not"},
       {{"convert", "--frames", "-1", "a", "b"}, 2, "", "--frames: '-1' is not a whole number"},
+      {{"convert", "--frames", "0", "a", "b"}, 2, "", "--frames: '0' is not a whole number from 1"},
       {{"demo", "extra"}, 2, "", "demo: unexpected argument 'extra'"},
       {{"demo", "--size", "30x30"}, 2, "", "--size: the test picture needs"},
   };
@@ -138,6 +139,8 @@ TEST(Cli, ErrorsAreOneLineAndLeaveNoOutput) {
   info.height = 4;
   MakeY4m(dir, "good.y4m", info, 2, 1);
   const std::string good = test::ReadFile(dir / "good.y4m");
+  info.height = 6;
+  MakeY4m(dir, "six.y4m", info, 1, 1);
   test::WriteFile(dir / "cut.y4m", good.substr(0, good.size() - 10));
   test::WriteFile(dir / "c444.y4m", "YUV4MPEG2 W8 H4 C444\nFRAME\n" + std::string(96, 'x'));
   test::WriteFile(dir / "notes.y4m", "these are notes\n");
@@ -169,6 +172,9 @@ TEST(Cli, ErrorsAreOneLineAndLeaveNoOutput) {
       {{"convert", "good.y4m", "out.y4m", "--out-format", "bgra"},
        "quillon: --out-format: the output file cannot hold bgra\n"},
       {{"convert", "good.y4m", "no-folder/out.y4m"}, "quillon: no-folder/out.y4m: cannot create"},
+      {{"convert", "six.y4m", "f.y4m", "--fields", "split"},
+       "quillon: f.y4m: unsupported size: splitting yuv420p into fields needs a height that is a "
+       "multiple of 4, not 6"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.args));

@@ -103,7 +103,7 @@ ConvertOptions ToOptions(const ParsedArgs& args) {
       throw UsageError("--fields: '" + *v + "' is not split or compose");
     }
   }
-  if (auto v = args.Value("frames")) options.max_frames = ParseInteger(*v, "--frames", 0, 1L << 40);
+  if (auto v = args.Value("frames")) options.max_frames = ParseInteger(*v, "--frames", 1, 1L << 40);
   options.quiet = args.Has("quiet");
   return options;
 }
@@ -144,7 +144,8 @@ std::string SizeText(int width, int height) {
 
 }  // namespace
 
-ConvertChain::ConvertChain(const StreamInfo& input, Container output, const ConvertOptions& options)
+ConvertChain::ConvertChain(const StreamInfo& input, Container output, const ConvertOptions& options,
+                           const std::string& output_name)
     : input_(input), options_(options) {
   output_ = input;
   const PixelFormat out_format = ChooseOutputFormat(input.format, output, options);
@@ -183,10 +184,10 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     for (const std::string& name : ExportsForFromBgra(out_format)) needed.push_back(name);
   }
   std::string problem = CheckSize(out_format, output_.width, output_.height);
-  if (!problem.empty()) Fail("output", "unsupported size: " + problem);
+  if (!problem.empty()) Fail(output_name, "unsupported size: " + problem);
   if (options.fields == FieldMode::kSplit) {
     problem = CheckSplit(out_format, output_.height);
-    if (!problem.empty()) Fail("--fields", "unsupported size: " + problem);
+    if (!problem.empty()) Fail(output_name, "unsupported size: " + problem);
     output_.height /= 2;
     output_.order = FieldOrder::kProgressive;
     ScaleAspect(output_, 1, 2);
@@ -274,7 +275,7 @@ int RunConvert(const std::vector<std::string>& args) {
     throw UsageError("convert: IN and OUT are the same file");
   }
   std::unique_ptr<FrameSource> source = OpenSource(in_path, options.raw);
-  ConvertChain chain(source->info(), ContainerFor(out_path), options);
+  ConvertChain chain(source->info(), ContainerFor(out_path), options, out_path);
   std::unique_ptr<FrameSink> sink = OpenSink(out_path, chain.output_info());
 
   int64_t total = source->info().frame_count;

@@ -37,8 +37,10 @@ struct ConvertOptions {
 // output format, field splitting.
 class ConvertChain {
  public:
-  // Checks every option against the input stream before any frame is read.
-  ConvertChain(const StreamInfo& input, Container output, const ConvertOptions& options);
+  // Checks every option against the input stream before any frame is read;
+  // failures about the output name `output_name`.
+  ConvertChain(const StreamInfo& input, Container output, const ConvertOptions& options,
+               const std::string& output_name = "output");
 
   const StreamInfo& output_info() const { return output_; }
 
