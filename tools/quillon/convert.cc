@@ -82,15 +82,9 @@ ConvertOptions ToOptions(const ParsedArgs& args) {
   options.flip = args.Has("flip");
   if (auto v = args.Value("size")) ParseSize(*v, "--size", options.width, options.height);
   if (auto v = args.Value("filter")) {
-    bool known = false;
-    for (ScaleFilter f : {ScaleFilter::kBilinear, ScaleFilter::kMean, ScaleFilter::kFourTap,
-                          ScaleFilter::kEightTap}) {
-      if (*v == ScaleFilterName(f)) {
-        options.filter = f;
-        known = true;
-      }
-    }
-    if (!known) throw UsageError("--filter: '" + *v + "' is not bilinear, mean, 4tap or 8tap");
+    const std::optional<ScaleFilter> filter = ParseScaleFilter(*v);
+    if (!filter) throw UsageError("--filter: '" + *v + "' is not bilinear, mean, 4tap or 8tap");
+    options.filter = *filter;
     if (options.width == 0) throw UsageError("--filter: has no effect without --size");
   }
   if (auto v = args.Value("overlay")) ParseOverlay(*v, options);

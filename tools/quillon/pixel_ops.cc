@@ -235,32 +235,39 @@ std::vector<ExportPresence> ToolExports() {
 #undef QUILLON_PRESENCE
 }
 
-const char* ScaleFilterName(ScaleFilter filter) {
-  switch (filter) {
-    case ScaleFilter::kBilinear:
-      return "bilinear";
-    case ScaleFilter::kMean:
-      return "mean";
-    case ScaleFilter::kFourTap:
-      return "4tap";
-    case ScaleFilter::kEightTap:
-      return "8tap";
+namespace {
+
+struct FilterRow {
+  ScaleFilter filter;
+  const char* name;
+  const char* export_name;
+};
+
+constexpr FilterRow kFilters[] = {
+    {ScaleFilter::kBilinear, "bilinear", "QN_StretchBlt"},
+    {ScaleFilter::kMean, "mean", "QN_StretchBlt_Mean"},
+    {ScaleFilter::kFourTap, "4tap", "QN_Re4Sampling"},
+    {ScaleFilter::kEightTap, "8tap", "QN_Re8Sampling"},
+};
+
+const FilterRow& FilterOf(ScaleFilter filter) {
+  for (const FilterRow& row : kFilters) {
+    if (row.filter == filter) return row;
   }
-  return "?";
+  return kFilters[0];
 }
 
-const char* ScaleExport(ScaleFilter filter) {
-  switch (filter) {
-    case ScaleFilter::kBilinear:
-      return "QN_StretchBlt";
-    case ScaleFilter::kMean:
-      return "QN_StretchBlt_Mean";
-    case ScaleFilter::kFourTap:
-      return "QN_Re4Sampling";
-    case ScaleFilter::kEightTap:
-      return "QN_Re8Sampling";
+}  // namespace
+
+const char* ScaleFilterName(ScaleFilter filter) { return FilterOf(filter).name; }
+
+const char* ScaleExport(ScaleFilter filter) { return FilterOf(filter).export_name; }
+
+std::optional<ScaleFilter> ParseScaleFilter(std::string_view name) {
+  for (const FilterRow& row : kFilters) {
+    if (name == row.name) return row.filter;
   }
-  return "?";
+  return std::nullopt;
 }
 
 std::vector<std::string> ExportsForToBgra(PixelFormat format, FieldOrder order) {

@@ -5,6 +5,7 @@
 #ifndef QUILLON_TOOL_PIXEL_OPS_H_
 #define QUILLON_TOOL_PIXEL_OPS_H_
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,7 @@ std::vector<ExportPresence> ToolExports();
 enum class ScaleFilter { kBilinear, kMean, kFourTap, kEightTap };
 const char* ScaleFilterName(ScaleFilter filter);
 const char* ScaleExport(ScaleFilter filter);
+std::optional<ScaleFilter> ParseScaleFilter(std::string_view name);
 
 // The exports a conversion between two formats needs ("" when none).
 std::vector<std::string> ExportsForToBgra(PixelFormat format, FieldOrder order);
