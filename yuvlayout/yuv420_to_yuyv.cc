@@ -38,14 +38,16 @@ struct FieldTargets {
 };
 
 // Writes the h2 rows of both fields. Chroma rows that are not taken
-// unchanged are mixed into two scratch rows (U, V) first.
-void ConvertFields(const FieldTargets& out, const Source420& src, int32_t width, int32_t height,
+// unchanged are mixed into two scratch rows (U, V) first. False when the
+// scratch rows cannot be had: nothing was written, and the caller must not
+// go on to blacken a last row of a picture it never converted.
+bool ConvertFields(const FieldTargets& out, const Source420& src, int32_t width, int32_t height,
                    const FieldChromaWeights (&weights)[2]) {
   const int h2 = height / 2;
-  if (width <= 0 || h2 < 1) return;
+  if (width <= 0 || h2 < 1) return true;
   const int chroma = width / 2;
   qbo::ScratchBuffer scratch(2 * static_cast<std::size_t>(chroma) + 1);
-  if (!scratch) return;
+  if (!scratch) return false;
   uint8_t* mixed_u = static_cast<uint8_t*>(scratch.get());
   uint8_t* mixed_v = mixed_u + chroma;
   const qbo::YuvLayoutKernels& k = qbo::Kernels().yuvlayout;
@@ -63,6 +65,7 @@ void ConvertFields(const FieldTargets& out, const Source420& src, int32_t width,
       k.interleave_yuyv(RowAt(out.base[f], out.pitch[f], r), src.y.Row(2 * r + f), u, v, width);
     }
   }
+  return true;
 }
 
 // The whole pitch of the row, rounded down to whole 4-byte groups; a
@@ -77,7 +80,7 @@ void Convert420Frame(void* dst, int32_t dstPitch, const Source420& src, int32_t 
   auto* base = static_cast<uint8_t*>(dst);
   const FieldTargets out = {{base, RowAt(base, dstPitch, 1)},
                             {2 * int64_t{dstPitch}, 2 * int64_t{dstPitch}}};
-  ConvertFields(out, src, width, height, weights);
+  if (!ConvertFields(out, src, width, height, weights)) return;
   if (height == kBlackLastLineHeight) BlackenRow(RowAt(base, dstPitch, height - 1), dstPitch);
 }
 
@@ -86,7 +89,7 @@ void Convert420Split(void* dstTop, int32_t topPitch, void* dstBottom, int32_t bo
                      const FieldChromaWeights (&weights)[2]) {
   const FieldTargets out = {{static_cast<uint8_t*>(dstTop), static_cast<uint8_t*>(dstBottom)},
                             {topPitch, bottomPitch}};
-  ConvertFields(out, src, width, height, weights);
+  if (!ConvertFields(out, src, width, height, weights)) return;
   if (height == kBlackLastLineHeight) {
     BlackenRow(RowAt(static_cast<uint8_t*>(dstBottom), bottomPitch, height / 2 - 1),
                bottomPitch);
