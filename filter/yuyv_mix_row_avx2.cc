@@ -46,13 +46,7 @@ void YuyvMixAlphaRow_AVX2(uint8_t* dst, uint8_t* dst_alpha, const uint8_t* src,
   int32_t k = 0;
   for (; k + 8 <= pairs; k += 8) {
     alignas(32) int16_t w[32];
-    for (int p = 0; p < 8; ++p) {
-      const int32_t w0 = share[src_alpha[2 * k + 2 * p] * 256 + dst_alpha[2 * k + 2 * p]];
-      const int32_t w1 = share[src_alpha[2 * k + 2 * p + 1] * 256 + dst_alpha[2 * k + 2 * p + 1]];
-      // Y0 U Y1 V: the first pixel's share, except for Y1.
-      w[4 * p] = w[4 * p + 1] = w[4 * p + 3] = static_cast<int16_t>(w0);
-      w[4 * p + 2] = static_cast<int16_t>(w1);
-    }
+    SpreadShares(w, src_alpha + 2 * k, dst_alpha + 2 * k, 8, share);
     const __m256i sa = Widen(src_alpha + 2 * k), da = Widen(dst_alpha + 2 * k);
     const __m256i na = _mm256_sub_epi16(_mm256_add_epi16(da, sa),
                                         _mm256_srli_epi16(_mm256_mullo_epi16(da, sa), 8));
