@@ -92,29 +92,45 @@ bool ClipDwordZoom(DwordZoomRects* r) {
       r->dst_y >= r->dst_height) {
     return false;
   }
-  for (int32_t size : {r->dst_width, r->dst_height, r->src_width, r->src_height,
-                       r->src_rect_width, r->src_rect_height, r->width, r->height}) {
+  for (int32_t size : {r->dst_width, r->dst_height, r->src_width, r->src_height, r->src_rect_width,
+                       r->src_rect_height, r->width, r->height}) {
     if (size < 1) return false;
   }
-  Axis h{r->dst_x, r->width,          r->dst_width, r->src_x,
-         r->src_rect_width, r->src_width, F(r->src_rect_width) / F(r->width)};
-  Axis v{r->dst_y, r->height,          r->dst_height, r->src_y,
-         r->src_rect_height, r->src_height, F(r->src_rect_height) / F(r->height)};
-  const bool ok = h.ClipDestinationStart() && v.ClipDestinationStart() &&
-                  h.ClipSourceStart(true) && v.ClipSourceStart(false) &&
-                  h.ClipDestinationEnd() && v.ClipDestinationEnd() && h.ClipSourceEnd() &&
-                  v.ClipSourceEnd();
+  Axis h{r->dst_x,
+         r->width,
+         r->dst_width,
+         r->src_x,
+         r->src_rect_width,
+         r->src_width,
+         F(r->src_rect_width) / F(r->width)};
+  Axis v{r->dst_y,
+         r->height,
+         r->dst_height,
+         r->src_y,
+         r->src_rect_height,
+         r->src_height,
+         F(r->src_rect_height) / F(r->height)};
+  const bool ok = h.ClipDestinationStart() && v.ClipDestinationStart() && h.ClipSourceStart(true) &&
+                  v.ClipSourceStart(false) && h.ClipDestinationEnd() && v.ClipDestinationEnd() &&
+                  h.ClipSourceEnd() && v.ClipSourceEnd();
   // In 32-bit arithmetic that does not overflow the steps above already
   // leave both rectangles inside their buffers; the check holds that for
   // every input.
   if (!ok || !h.Inside() || !v.Inside()) return false;
-  *r = DwordZoomRects{static_cast<int32_t>(h.dst_pos),  static_cast<int32_t>(v.dst_pos),
-                      static_cast<int32_t>(h.size),     static_cast<int32_t>(v.size),
-                      r->dst_width,                     r->dst_height,
-                      static_cast<int32_t>(h.src_pos),  static_cast<int32_t>(v.src_pos),
-                      static_cast<int32_t>(h.src_size), static_cast<int32_t>(v.src_size),
-                      r->src_width,                     r->src_height,
-                      h.scale,                          v.scale};
+  *r = DwordZoomRects{static_cast<int32_t>(h.dst_pos),
+                      static_cast<int32_t>(v.dst_pos),
+                      static_cast<int32_t>(h.size),
+                      static_cast<int32_t>(v.size),
+                      r->dst_width,
+                      r->dst_height,
+                      static_cast<int32_t>(h.src_pos),
+                      static_cast<int32_t>(v.src_pos),
+                      static_cast<int32_t>(h.src_size),
+                      static_cast<int32_t>(v.src_size),
+                      r->src_width,
+                      r->src_height,
+                      h.scale,
+                      v.scale};
   return true;
 }
 

@@ -39,8 +39,8 @@ namespace qbo {
 using ZoomRowFn = void (*)(uint8_t* dst, const uint8_t* upper, const uint8_t* lower,
                            const float* fx, float fy, std::size_t width);
 
-void Zoom8Row_C(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx,
-                float fy, std::size_t width);
+void Zoom8Row_C(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx, float fy,
+                std::size_t width);
 void Zoom8Row_SSE2(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx,
                    float fy, std::size_t width);
 void Zoom8Row_AVX2(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx,
@@ -62,18 +62,26 @@ void Zoom32Row_Any_AVX2(uint8_t* dst, const uint8_t* upper, const uint8_t* lower
                         float fy, std::size_t width);
 
 // Gathers the pair row of one source row for `width` columns: pairs[c] =
-// (row[ix[c]], row[ix[c] + 1]) in units of `Sample` (uint8_t or uint32_t),
-// a neighbour at or past `limit` being 0; a null `row` (a source row past
-// the last) gives all zeros. Reads row[0 .. limit) only.
+// (row[ix[c]], row[ix[c] + 1]) in units of `Sample` (uint8_t, or a 4-byte
+// pixel), a neighbour at or past `limit` being 0; a null `row` (a source row
+// past the last) gives all zeros. `ix` never decreases, so the columns whose
+// two neighbours both exist come first and are copied as one unit each.
+// Reads row[0 .. limit) only.
 template <typename Sample>
 void GatherZoomPairs(Sample* pairs, const Sample* row, const int32_t* ix, int32_t limit,
                      std::size_t width) {
-  for (std::size_t c = 0; c < width; ++c) {
+  std::size_t c = 0;
+  if (row) {
+    for (; c < width && ix[c] < limit - 1; ++c) {
+      __builtin_memcpy(pairs + 2 * c, row + ix[c], 2 * sizeof(Sample));
+    }
+  }
+  for (; c < width; ++c) {
     const int32_t i = ix[c];
     Sample left{}, right{};
     if (row && i < limit) {
       left = row[i];
-      if (i + 1 < limit) right = row[i + 1];
+      if (i < limit - 1) right = row[i + 1];
     }
     pairs[2 * c] = left;
     pairs[2 * c + 1] = right;

@@ -46,8 +46,8 @@ inline __m256i BlendTwoPixels(const uint8_t* upper, const uint8_t* lower, const 
   };
   const __m256 p00 = lefts(u), p01 = rights(u), p10 = lefts(l), p11 = rights(l);
   const __m128 two = _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(fx)));
-  const __m256 f =
-      _mm256_permutevar8x32_ps(_mm256_castps128_ps256(two), _mm256_setr_epi32(0, 0, 0, 0, 1, 1, 1, 1));
+  const __m256 f = _mm256_permutevar8x32_ps(_mm256_castps128_ps256(two),
+                                            _mm256_setr_epi32(0, 0, 0, 0, 1, 1, 1, 1));
   const __m256 g = _mm256_sub_ps(_mm256_set1_ps(1.0f), f);
   const __m256 top = _mm256_add_ps(_mm256_mul_ps(_mm256_mul_ps(p00, g), gy),
                                    _mm256_mul_ps(_mm256_mul_ps(p01, f), gy));
@@ -96,8 +96,8 @@ void Zoom8Row_Any_AVX2(uint8_t* dst, const uint8_t* upper, const uint8_t* lower,
   Zoom8Row_C(dst + body, upper + 2 * body, lower + 2 * body, fx + body, fy, width - body);
 }
 
-void Zoom32Row_Any_AVX2(uint8_t* dst, const uint8_t* upper, const uint8_t* lower,
-                        const float* fx, float fy, std::size_t width) {
+void Zoom32Row_Any_AVX2(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx,
+                        float fy, std::size_t width) {
   const std::size_t body = width & ~std::size_t{3};
   Zoom32Row_AVX2(dst, upper, lower, fx, fy, body);
   Zoom32Row_C(dst + 4 * body, upper + 8 * body, lower + 8 * body, fx + body, fy, width - body);

@@ -5,8 +5,8 @@
 
 namespace qbo {
 
-void Zoom8Row_C(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx,
-                float fy, std::size_t width) {
+void Zoom8Row_C(uint8_t* dst, const uint8_t* upper, const uint8_t* lower, const float* fx, float fy,
+                std::size_t width) {
   const float gy = 1.0f - fy;
   for (std::size_t c = 0; c < width; ++c) {
     const float f = fx[c], g = 1.0f - f;

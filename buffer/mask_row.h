@@ -32,8 +32,8 @@ namespace qbo {
 // and needs no gather.
 inline constexpr float kMaskInvByte = 0.003921569f;
 
-using FillMaskColorRowFn = void (*)(uint8_t* dst_argb, const uint8_t* mask,
-                                    const float* inv_byte, std::size_t width);
+using FillMaskColorRowFn = void (*)(uint8_t* dst_argb, const uint8_t* mask, const float* inv_byte,
+                                    std::size_t width);
 using MaskPairRowFn = void (*)(uint8_t* dst, const uint8_t* src, std::size_t width);
 
 void FillMaskColorRow_C(uint8_t* dst_argb, const uint8_t* mask, const float* inv_byte,

@@ -26,8 +26,7 @@ void MixMaskRow_AVX2(uint8_t* dst, const uint8_t* src, std::size_t width) {
   const __m256i zero = _mm256_setzero_si256();
   const __m256i round_up = _mm256_set1_epi16(255);
   auto mix = [&](__m256i d, __m256i s) {
-    const __m256i q =
-        _mm256_srli_epi16(_mm256_add_epi16(_mm256_mullo_epi16(d, s), round_up), 8);
+    const __m256i q = _mm256_srli_epi16(_mm256_add_epi16(_mm256_mullo_epi16(d, s), round_up), 8);
     return _mm256_sub_epi16(_mm256_add_epi16(d, s), q);
   };
   for (std::size_t i = 0; i < width; i += 32) {

@@ -56,10 +56,9 @@ TEST(BufferZoom, TwoByTwoToFourByFourFadesPastTheLastSample) {
   const uint8_t src[4] = {10, 20, 30, 40};
   // Positions 0, 0.5, 1, 1.5 both ways; samples past row/column 1 are 0.
   const uint8_t expected[16] = {
-      10, 15, 20, 10,  // 0.5 x 20 + 0.5 x 0 in the last column
-      20, 25, 30, 15,  // 0.25 x (10 + 20 + 30 + 40); 0.25 x (20 + 40)
-      30, 35, 40, 20,
-      15, 17, 20, 10,  // 0.5 x 30 + 0.5 x 0 ...; 0.25 x 70 = 17.5 truncated
+      10, 15, 20, 10,                  // 0.5 x 20 + 0.5 x 0 in the last column
+      20, 25, 30, 15,                  // 0.25 x (10 + 20 + 30 + 40); 0.25 x (20 + 40)
+      30, 35, 40, 20, 15, 17, 20, 10,  // 0.5 x 30 + 0.5 x 0 ...; 0.25 x 70 = 17.5 truncated
   };
   ForEachLevel([&](KernelLevel) {
     GuardedBuffer dst(16);
@@ -95,8 +94,8 @@ TEST(BufferZoom, RejectsAndEmptyCalls) {
       {0, 2, 2, 2, false, false, QBO_E_FAIL},  {2, 0, 2, 2, false, false, QBO_E_FAIL},
       {2, 2, 0, 2, false, false, QBO_E_FAIL},  {2, 2, 2, 0, false, false, QBO_E_FAIL},
       {2, 2, 2, 2, true, false, QBO_E_FAIL},   {2, 2, 2, 2, false, true, QBO_E_FAIL},
-      {2, -2, 2, 2, false, false, 0},          // negative destination height: nothing, 0
-      {-2, 2, 2, 2, false, false, QBO_E_FAIL}, // negative widths and source height: rejected
+      {2, -2, 2, 2, false, false, 0},           // negative destination height: nothing, 0
+      {-2, 2, 2, 2, false, false, QBO_E_FAIL},  // negative widths and source height: rejected
       {2, 2, -2, 2, false, false, QBO_E_FAIL}, {2, 2, 2, -2, false, false, QBO_E_FAIL},
   };
   for (const Case& c : cases) {
@@ -115,10 +114,10 @@ struct Size {
 
 // Up, down, 1:1 and odd ratios, and widths beyond one column strip.
 const std::pair<Size, Size> kZooms[] = {
-    {{4, 4}, {2, 2}},      {{2, 2}, {4, 4}},       {{17, 9}, {17, 9}},  {{7, 5}, {3, 2}},
-    {{3, 2}, {7, 5}},      {{33, 11}, {20, 17}},   {{1, 1}, {9, 9}},    {{9, 9}, {1, 1}},
-    {{64, 3}, {3, 64}},    {{2300, 2}, {1280, 3}}, {{2050, 3}, {4099, 2}}, {{100, 7}, {300, 21}},
-    {{45, 13}, {16, 9}},   {{1, 40}, {40, 1}},
+    {{4, 4}, {2, 2}},    {{2, 2}, {4, 4}},       {{17, 9}, {17, 9}},     {{7, 5}, {3, 2}},
+    {{3, 2}, {7, 5}},    {{33, 11}, {20, 17}},   {{1, 1}, {9, 9}},       {{9, 9}, {1, 1}},
+    {{64, 3}, {3, 64}},  {{2300, 2}, {1280, 3}}, {{2050, 3}, {4099, 2}}, {{100, 7}, {300, 21}},
+    {{45, 13}, {16, 9}}, {{1, 40}, {40, 1}},
 };
 
 TEST(BufferZoom, MatchesTheModelAtEveryLevel) {
@@ -151,8 +150,8 @@ struct DwordCall {
 
 int32_t CallDword(uint8_t* dst, const uint8_t* src, const DwordCall& c) {
   return QN_DwordBufferZoom(dst, c.dst_x, c.dst_y, c.width, c.height, c.dst_width, c.dst_height,
-                            src, c.src_x, c.src_y, c.src_rect_width, c.src_rect_height,
-                            c.src_width, c.src_height);
+                            src, c.src_x, c.src_y, c.src_rect_width, c.src_rect_height, c.src_width,
+                            c.src_height);
 }
 
 TEST(DwordBufferZoom, SourceLeftOverhangWidensIntoZeros) {
@@ -189,9 +188,8 @@ TEST(DwordBufferZoom, MatchesTheModelAtEveryLevel) {
   ForEachLevel([&](KernelLevel) {
     for (const DwordCall& c : kDwordCalls) {
       SCOPED_TRACE(::testing::Message() << "dst " << c.dst_x << "," << c.dst_y << " " << c.width
-                                        << "x" << c.height << " src " << c.src_x << ","
-                                        << c.src_y << " " << c.src_rect_width << "x"
-                                        << c.src_rect_height);
+                                        << "x" << c.height << " src " << c.src_x << "," << c.src_y
+                                        << " " << c.src_rect_width << "x" << c.src_rect_height);
       const std::size_t src_bytes = std::size_t{4} * c.src_width * c.src_height;
       const std::size_t dst_bytes = std::size_t{4} * c.dst_width * c.dst_height;
       PageEndBuffer src(src_bytes);
@@ -199,17 +197,17 @@ TEST(DwordBufferZoom, MatchesTheModelAtEveryLevel) {
       std::vector<uint8_t> expected = RandomBytes(dst_bytes, seed + 1);
       GuardedBuffer dst(dst_bytes, 2);
       std::memcpy(dst.data(), expected.data(), dst_bytes);
-      DwordZoomRects r{c.dst_x, c.dst_y, c.width, c.height, c.dst_width, c.dst_height,
-                       c.src_x, c.src_y, c.src_rect_width, c.src_rect_height, c.src_width,
-                       c.src_height};
+      DwordZoomRects r{c.dst_x,          c.dst_y,           c.width,     c.height,
+                       c.dst_width,      c.dst_height,      c.src_x,     c.src_y,
+                       c.src_rect_width, c.src_rect_height, c.src_width, c.src_height};
       ASSERT_TRUE(ClipDwordZoom(&r));
       ModelZoom(expected.data() + 4 * (int64_t{r.dst_y} * r.dst_width + r.dst_x), r.dst_width,
                 r.width, r.height, src.data() + 4 * (int64_t{r.src_y} * r.src_width + r.src_x),
                 r.src_width, r.src_rect_width, r.src_rect_height, r.scale_x, r.scale_y, 4, false);
       ASSERT_EQ(CallDword(dst.data(), src.data(), c), 0);
-      ASSERT_EQ(MismatchMap(expected.data(), dst.data(), std::size_t{4} * c.dst_width,
-                            c.dst_height, 4),
-                "");
+      ASSERT_EQ(
+          MismatchMap(expected.data(), dst.data(), std::size_t{4} * c.dst_width, c.dst_height, 4),
+          "");
       ASSERT_TRUE(dst.GuardsIntact());
     }
   });
@@ -240,9 +238,9 @@ TEST(DwordBufferZoom, ArgumentErrorsWriteNothing) {
 TEST(ZoomExports, ExtremeArgumentsStayInsideTheBuffers) {
   const int32_t extremes[] = {INT32_MIN, INT32_MIN + 1, -1, 0, INT32_MAX - 1, INT32_MAX};
   int32_t DwordCall::*const fields[] = {
-      &DwordCall::dst_x,  &DwordCall::dst_y,          &DwordCall::width,
-      &DwordCall::height, &DwordCall::dst_width,      &DwordCall::dst_height,
-      &DwordCall::src_x,  &DwordCall::src_y,          &DwordCall::src_rect_width,
+      &DwordCall::dst_x,           &DwordCall::dst_y,     &DwordCall::width,
+      &DwordCall::height,          &DwordCall::dst_width, &DwordCall::dst_height,
+      &DwordCall::src_x,           &DwordCall::src_y,     &DwordCall::src_rect_width,
       &DwordCall::src_rect_height, &DwordCall::src_width, &DwordCall::src_height};
   const DwordCall base{1, 1, 5, 4, 8, 6, 1, 0, 4, 3, 6, 5};
   for (int field = 0; field < 12; ++field) {
@@ -266,7 +264,7 @@ TEST(ZoomExports, ExtremeArgumentsStayInsideTheBuffers) {
   // are rejected; a huge source is read only where positions fall.
   for (int field = 0; field < 4; ++field) {
     for (int32_t value : {INT32_MIN, INT32_MIN + 1, -1, 0, INT32_MAX}) {
-      int32_t size[4] = {6, 5, 4, 3};  // dstWidth, dstHeight, srcWidth, srcHeight
+      int32_t size[4] = {6, 5, 4, 3};        // dstWidth, dstHeight, srcWidth, srcHeight
       if (value > 0 && field < 2) continue;  // a huge destination is 2^31 bytes of real work
       size[field] = value;
       if (value > 1000) size[field ^ 1] = 1;
@@ -275,8 +273,8 @@ TEST(ZoomExports, ExtremeArgumentsStayInsideTheBuffers) {
         return w < 1 || h < 1 ? std::size_t{0} : std::size_t{1} * w * static_cast<std::size_t>(h);
       };
       PageEndBuffer dst(plane(size[0], size[1])), src(plane(size[2], size[3]));
-      const int32_t result = QN_BufferZoom(dst.data(), size[0], size[1], src.data(), size[2],
-                                           size[3]);
+      const int32_t result =
+          QN_BufferZoom(dst.data(), size[0], size[1], src.data(), size[2], size[3]);
       const bool plane_ok = size[0] > 0 && size[2] > 0 && size[3] > 0 && size[1] != 0;
       EXPECT_EQ(result, plane_ok ? 0 : QBO_E_FAIL);
     }

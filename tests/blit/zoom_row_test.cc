@@ -1,12 +1,13 @@
 // Zoom rows: the reference against hand-worked blends, every vector row
 // against the reference byte for byte over swept widths and fractions.
+#include "blit/zoom_row.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <random>
 #include <vector>
 
-#include "blit/zoom_row.h"
 #include "tests/support/test_support.h"
 
 namespace qbo::test {
@@ -31,9 +32,9 @@ const BlendCase kBlends[] = {
 
 TEST(ZoomRowsReference, BlendHandWorkedValues) {
   for (const BlendCase& b : kBlends) {
-    SCOPED_TRACE(::testing::Message() << "fx=" << b.fx << " fy=" << b.fy << " p=" << int(b.p00)
-                                      << "," << int(b.p01) << "," << int(b.p10) << ","
-                                      << int(b.p11));
+    SCOPED_TRACE(::testing::Message()
+                 << "fx=" << b.fx << " fy=" << b.fy << " p=" << int(b.p00) << "," << int(b.p01)
+                 << "," << int(b.p10) << "," << int(b.p11));
     const uint8_t upper8[2] = {b.p00, b.p01}, lower8[2] = {b.p10, b.p11};
     uint8_t out8 = 0;
     Zoom8Row_C(&out8, upper8, lower8, &b.fx, b.fy, 1);
@@ -99,8 +100,8 @@ TEST(ZoomRows, VectorRowsMatchTheReference) {
         if (offset == 3) std::memset(upper.data(), 255, pair_bytes);  // saturated blends
         const std::vector<float> fx = Fractions(width, case_seed);
         for (float fy : row_fractions) {
-          SCOPED_TRACE(::testing::Message() << row.name << " width=" << width << " off=" << offset
-                                            << " fy=" << fy);
+          SCOPED_TRACE(::testing::Message()
+                       << row.name << " width=" << width << " off=" << offset << " fy=" << fy);
           GuardedBuffer expected(out_bytes, offset), actual(out_bytes, offset);
           row.ref(expected.data(), upper.data(), lower.data(), fx.data(), fy, width);
           row.fn(actual.data(), upper.data(), lower.data(), fx.data(), fy, width);

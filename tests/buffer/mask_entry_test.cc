@@ -113,25 +113,25 @@ const Op kOps[] = {Op::kFill, Op::kMix, Op::kSub};
 
 // x, y, width, height, dstWidth, dstHeight, srcX, srcY, srcWidth, srcHeight
 const Call kPlacements[] = {
-    {0, 0, 5, 4, 8, 6, 0, 0, 5, 4},        // inside
-    {3, 2, 5, 4, 8, 6, 0, 0, 5, 4},        // flush with the far corner
-    {5, 4, 5, 4, 8, 6, 0, 0, 5, 4},        // trimmed on the right and bottom
-    {-2, -1, 5, 4, 8, 6, 0, 0, 5, 4},      // negative corner trims the source's start
-    {-3, 1, 14, 3, 8, 6, 0, 0, 14, 4},     // wider than the destination: clipped on both sides
-    {2, 1, 5, 4, 8, 6, -2, -1, 5, 4},      // negative source corner moves the placement
-    {-1, -1, 9, 7, 8, 6, -1, -1, 9, 7},    // both corners negative
-    {1, 1, 3, 2, 8, 6, 2, 1, 5, 4},        // interior source rectangle
-    {0, 0, 8, 6, 8, 6, 0, 0, 8, 6},        // whole planes (one long row)
-    {1, 0, 20, 20, 8, 6, 4, 3, 5, 4},      // rectangle larger than what is left
-    {8, 0, 5, 4, 8, 6, 0, 0, 5, 4},        // x == dstWidth
-    {0, 6, 5, 4, 8, 6, 0, 0, 5, 4},        // y == dstHeight
-    {0, 0, 5, 4, 8, 6, 5, 0, 5, 4},        // srcX == srcWidth
-    {-5, 0, 5, 4, 8, 6, 0, 0, 5, 4},       // slides fully off the left
-    {0, 0, 0, 4, 8, 6, 0, 0, 5, 4},        // empty rectangle (mix/sub)
-    {0, 0, -3, 4, 8, 6, 0, 0, 5, 4},       // negative rectangle (mix/sub)
-    {2, 2, 5, 4, 0, 6, 0, 0, 5, 4},        // empty destination
-    {2, 2, 5, 4, 8, 6, 0, 0, 5, -1},       // negative source height
-    {0, 0, 1, 1, 1, 1, 0, 0, 1, 1},        // single element
+    {0, 0, 5, 4, 8, 6, 0, 0, 5, 4},      // inside
+    {3, 2, 5, 4, 8, 6, 0, 0, 5, 4},      // flush with the far corner
+    {5, 4, 5, 4, 8, 6, 0, 0, 5, 4},      // trimmed on the right and bottom
+    {-2, -1, 5, 4, 8, 6, 0, 0, 5, 4},    // negative corner trims the source's start
+    {-3, 1, 14, 3, 8, 6, 0, 0, 14, 4},   // wider than the destination: clipped on both sides
+    {2, 1, 5, 4, 8, 6, -2, -1, 5, 4},    // negative source corner moves the placement
+    {-1, -1, 9, 7, 8, 6, -1, -1, 9, 7},  // both corners negative
+    {1, 1, 3, 2, 8, 6, 2, 1, 5, 4},      // interior source rectangle
+    {0, 0, 8, 6, 8, 6, 0, 0, 8, 6},      // whole planes (one long row)
+    {1, 0, 20, 20, 8, 6, 4, 3, 5, 4},    // rectangle larger than what is left
+    {8, 0, 5, 4, 8, 6, 0, 0, 5, 4},      // x == dstWidth
+    {0, 6, 5, 4, 8, 6, 0, 0, 5, 4},      // y == dstHeight
+    {0, 0, 5, 4, 8, 6, 5, 0, 5, 4},      // srcX == srcWidth
+    {-5, 0, 5, 4, 8, 6, 0, 0, 5, 4},     // slides fully off the left
+    {0, 0, 0, 4, 8, 6, 0, 0, 5, 4},      // empty rectangle (mix/sub)
+    {0, 0, -3, 4, 8, 6, 0, 0, 5, 4},     // negative rectangle (mix/sub)
+    {2, 2, 5, 4, 0, 6, 0, 0, 5, 4},      // empty destination
+    {2, 2, 5, 4, 8, 6, 0, 0, 5, -1},     // negative source height
+    {0, 0, 1, 1, 1, 1, 0, 0, 1, 1},      // single element
 };
 
 TEST(MaskExports, PlacementMatchesThePixelModelAtEveryLevel) {
@@ -141,10 +141,9 @@ TEST(MaskExports, PlacementMatchesThePixelModelAtEveryLevel) {
     for (Op op : kOps) {
       for (const Call& c : kPlacements) {
         SCOPED_TRACE(::testing::Message()
-                     << Name(op) << " x=" << c.x << " y=" << c.y << " w=" << c.width
-                     << " h=" << c.height << " dst=" << c.dst_width << "x" << c.dst_height
-                     << " src@" << c.src_x << "," << c.src_y << " " << c.src_width << "x"
-                     << c.src_height);
+                     << Name(op) << " x=" << c.x << " y=" << c.y << " w=" << c.width << " h="
+                     << c.height << " dst=" << c.dst_width << "x" << c.dst_height << " src@"
+                     << c.src_x << "," << c.src_y << " " << c.src_width << "x" << c.src_height);
         const std::size_t unit = op == Op::kFill ? 4 : 1;
         const std::size_t dst_bytes = PlaneBytes(c.dst_width, c.dst_height, unit);
         const std::size_t src_bytes = PlaneBytes(c.src_width, c.src_height, 1);
@@ -152,8 +151,8 @@ TEST(MaskExports, PlacementMatchesThePixelModelAtEveryLevel) {
         const std::vector<uint8_t> src_data = RandomBytes(src_bytes, seed + 1);
         GuardedBuffer dst(dst_bytes, 1);
         PageEndBuffer src(src_bytes);
-        std::memcpy(dst.data(), before.data(), dst_bytes);
-        std::memcpy(src.data(), src_data.data(), src_bytes);
+        std::copy(before.begin(), before.end(), dst.data());
+        std::copy(src_data.begin(), src_data.end(), src.data());
         const Model m = Place(op, c);
         EXPECT_EQ(CallExport(op, dst.data(), src.data(), c), m.rejected ? Rejected(op) : Done(op));
         const std::vector<uint8_t> expected = Expected(op, before, src_data, c, m);
@@ -195,10 +194,9 @@ TEST(MaskExports, ResultCodesAreTheOnesHostsTest) {
 TEST(MaskExports, ExtremeArgumentsStayInsideThePlanes) {
   const Call base{1, 1, 4, 3, 8, 6, 1, 0, 5, 4};
   const int32_t extremes[] = {INT32_MIN, INT32_MIN + 1, -1, 0, INT32_MAX - 1, INT32_MAX};
-  int32_t Call::*const fields[] = {&Call::x,         &Call::y,         &Call::width,
-                                   &Call::height,    &Call::dst_width, &Call::dst_height,
-                                   &Call::src_x,     &Call::src_y,     &Call::src_width,
-                                   &Call::src_height};
+  int32_t Call::*const fields[] = {&Call::x,         &Call::y,          &Call::width, &Call::height,
+                                   &Call::dst_width, &Call::dst_height, &Call::src_x, &Call::src_y,
+                                   &Call::src_width, &Call::src_height};
   for (Op op : kOps) {
     for (int field = 0; field < 10; ++field) {
       if (op == Op::kFill && (field == 2 || field == 3)) continue;  // not arguments of the fill
