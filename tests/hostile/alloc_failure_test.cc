@@ -65,6 +65,13 @@ std::vector<Case> Cases() {
          return QN_VerticalBlur(d, kW, kH, weights) == d ? 1 : 0;
        },
        1},
+      {"YUV420_BGRA_Split", std::size_t{16} * 4 * 10,
+       [](uint8_t* d, const uint8_t* s) -> int64_t {
+         QN_CS_YUV420_BGRA_Split(d, 64, d + 320, 64, s, 16, s + 160, 8, s + 200, 8, 16, 10, 1,
+                                 1);
+         return 0;
+       },
+       0},
   };
 }
 
