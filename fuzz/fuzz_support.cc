@@ -91,7 +91,15 @@ void Block::Allow(int64_t offset, int64_t length) {
 }
 
 void Block::AllowRows(int64_t offset, int64_t pitch, int64_t rows, int64_t length) {
-  for (int64_t r = 0; r < rows; ++r) Allow(offset + r * pitch, length);
+  if (length < 1) return;
+  // A size can be far larger than the block (an empty plane many rows
+  // high): rows past the block's end in the walking direction add nothing.
+  for (int64_t r = 0; r < rows; ++r) {
+    const int64_t at = offset + r * pitch;
+    if ((pitch >= 0 && at >= size_) || (pitch < 0 && at + length <= 0)) break;
+    Allow(at, length);
+    if (pitch == 0) break;
+  }
 }
 
 void Block::CheckOutsideAllowed(const char* what) const {

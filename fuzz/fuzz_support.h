@@ -12,7 +12,8 @@
 namespace qbo::fuzz {
 
 // Largest block a target allocates; inputs describing more are skipped.
-constexpr int64_t kMaxBytes = int64_t{2} << 20;
+// Small enough that a short run still executes thousands of inputs.
+constexpr int64_t kMaxBytes = int64_t{256} << 10;
 
 // Reads arguments from the fuzzer's bytes; past the end every read is 0.
 class Input {

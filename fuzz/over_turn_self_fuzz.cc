@@ -12,8 +12,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const int32_t pitch = in.Dimension(256), height = in.Dimension(64);
   const int64_t bytes = PlaneBytes(pitch, height, 1);
   // Row-by-row swaps of a one-byte pitch are slow under the sanitizers;
-  // smaller images find the same faults.
-  if (bytes < 0 || bytes > kMaxBytes / 8) return 0;
+  // smaller images find the same faults. The temporary row is `pitch`
+  // bytes even for an empty image, so the pitch is bounded too.
+  // A zero pitch makes an empty image of any height, whose row pairs are
+  // still walked one by one: the height is bounded as well.
+  if (bytes < 0 || bytes > kMaxBytes / 16 || pitch > kMaxBytes || height > kMaxBytes) return 0;
   Block image(bytes, in);
   const bool null_image = in.Null();
   const char* name = "QN_OverTurnSelf";

@@ -65,10 +65,10 @@ std::vector<Case> Cases() {
          return QN_VerticalBlur(d, kW, kH, weights) == d ? 1 : 0;
        },
        1},
-      // 4:2:0 to 32-bit mixes its chroma rows in scratch.
-      {"YUV420_BGRA_Frame", std::size_t{16} * 4 * 10,
+      {"YUV420_BGRA_Split", std::size_t{16} * 4 * 10,
        [](uint8_t* d, const uint8_t* s) -> int64_t {
-         QN_CS_YUV420_BGRA_Frame(d, 64, s, 16, s, 8, s + 8, 8, 16, 10, 0, 0);
+         QN_CS_YUV420_BGRA_Split(d, 64, d + 320, 64, s, 16, s + 160, 8, s + 200, 8, 16, 10, 1,
+                                 1);
          return 0;
        },
        0},
@@ -80,7 +80,7 @@ std::vector<Case> Cases() {
 // without, exactly the result and bytes of a call whose allocations all
 // succeed. Anything in between is a partial write.
 TEST(AllocationFailure, EveryScratchAllocationFailingLeavesTheDestinationAndLeaksNothing) {
-  const std::vector<uint8_t> src = RandomBytes(std::size_t{16} * 576 * 4, 77);
+  const std::vector<uint8_t> src = RandomBytes(std::size_t{kW} * kH * 4, 77);
   for (const Case& c : Cases()) {
     SCOPED_TRACE(c.name);
     const std::vector<uint8_t> original = RandomBytes(c.dst_bytes, 78);
