@@ -14,18 +14,27 @@ find_program(QBO_DLLTOOL NAMES ${CMAKE_DLLTOOL} ${QBO_MINGW_TRIPLET}-dlltool dll
 # generated module-definition file for the link, an import library with the
 # decorated names in place of the linker's, and <target>_exports.inc (one
 # QBO_EXPORT row per export) in QBO_GENERATED_DIR for tests. The export
-# table follows the header at every build.
+# table follows the header at every build. With a third argument, that
+# static library gets definitions of the second names (calls of their
+# entries), which only the .def provides otherwise.
 function(qbo_windows_exports target header)
   set(base ${QBO_GENERATED_DIR}/${target})
   set(def ${base}.def)
   set(import_def ${base}.import.def)
   set(list ${base}_exports.inc)
+  set(forwarders)
+  set(forwarders_arg)
+  if(ARGC GREATER 2)
+    set(forwarders ${base}_second_names.cc)
+    set(forwarders_arg -DFORWARDERS=${forwarders})
+    target_sources(${ARGV2} PRIVATE ${forwarders})
+  endif()
   add_custom_command(
-    OUTPUT ${def} ${import_def} ${list}
+    OUTPUT ${def} ${import_def} ${list} ${forwarders}
     COMMAND ${CMAKE_COMMAND} -E make_directory ${QBO_GENERATED_DIR}
     COMMAND ${CMAKE_COMMAND} -DHEADER=${header} -DARCH=${QBO_WIN_ARCH}
             -DDLL=$<TARGET_FILE_NAME:${target}> -DDEF=${def} -DIMPORT_DEF=${import_def}
-            -DLIST=${list} -P ${PROJECT_SOURCE_DIR}/cmake/qbo_exports.cmake
+            -DLIST=${list} ${forwarders_arg} -P ${PROJECT_SOURCE_DIR}/cmake/qbo_exports.cmake
     DEPENDS ${header} ${PROJECT_SOURCE_DIR}/cmake/qbo_exports.cmake
     COMMENT "Export table of ${target} from ${header}"
     VERBATIM)
@@ -47,4 +56,6 @@ function(qbo_windows_exports target header)
     VERBATIM)
 endfunction()
 
-qbo_windows_exports(QuillonBufferOperaU ${PROJECT_SOURCE_DIR}/include/QuillonBufferOperaU.h)
+# The unit tests link qbo_core, not the DLL, and call second names too.
+qbo_windows_exports(QuillonBufferOperaU ${PROJECT_SOURCE_DIR}/include/QuillonBufferOperaU.h
+                    qbo_core)
