@@ -14,6 +14,7 @@
 #include "pixel_ops.h"
 #include "png_io.h"
 #include "test_picture.h"
+#include "y4m_io.h"
 
 namespace quillon {
 
@@ -268,7 +269,18 @@ int RunDemo(const std::vector<std::string>& args) {
       std::memcmp(flipped.data(), display.data() + static_cast<std::size_t>(height - 1) * pitch,
                   static_cast<std::size_t>(pitch)) == 0;
 
-  std::printf("\nflip check: %s\n", flip_ok ? "ok" : "MISMATCH");
+  // The 4:2:0 sequence itself, for trying `quillon convert` on.
+  StreamInfo info;
+  info.width = width;
+  info.height = height;
+  info.order = FieldOrder::kTopFirst;
+  info.aspect_num = info.aspect_den = 1;
+  Y4mWriter sequence(dir + "/test-sequence.y4m", info);
+  for (const Frame& frame : yuv) sequence.Write(frame);
+  sequence.Finish();
+
+  std::printf("\ntest sequence: %s/test-sequence.y4m\n", dir.c_str());
+  std::printf("flip check: %s\n", flip_ok ? "ok" : "MISMATCH");
   if (LibraryHas("QN_CS_ComposeFields")) {
     std::printf("fields split and composed back: %s\n", fields_ok ? "identical" : "MISMATCH");
   }
