@@ -13,4 +13,9 @@ list(APPEND QBO_SOURCES
   colorspace/yuyv_to_rgba.cc
   colorspace/yuyv_to_rgba_row_avx2.cc
   colorspace/yuyv_to_rgba_row_c.cc
-  colorspace/yuyv_to_rgba_row_sse2.cc)
+  colorspace/yuyv_to_rgba_row_sse2.cc
+  colorspace/planar_to_rgba.cc
+  colorspace/planar_to_rgba_kernels.cc
+  colorspace/planar_to_rgba_row_c.cc
+  colorspace/planar_to_rgba_row_sse2.cc
+  colorspace/planar_to_rgba_row_avx2.cc)

@@ -22,6 +22,7 @@ void FillTable(KernelLevel level) {
   FillFilterKernels(&g_kernels.filter, level);
   FillYuvLayoutKernels(&g_kernels.yuvlayout, level);
   FillColorspaceKernels(&g_kernels.colorspace, level);
+  FillPlanarToRgbaKernels(&g_kernels.planar_to_rgba, level);
 }
 
 KernelLevel Min(KernelLevel a, KernelLevel b) { return a < b ? a : b; }

@@ -12,6 +12,7 @@
 #include "buffer/buffer_kernels.h"
 #include "buffer/mask_kernels.h"
 #include "colorspace/colorspace_kernels.h"
+#include "colorspace/planar_to_rgba_kernels.h"
 #include "filter/filter_kernels.h"
 #include "frame/kernel_level.h"
 #include "yuvlayout/yuvlayout_kernels.h"
@@ -26,6 +27,7 @@ struct KernelTable {
   FilterKernels filter;
   YuvLayoutKernels yuvlayout;
   ColorspaceKernels colorspace;
+  PlanarToRgbaKernels planar_to_rgba;
 };
 
 extern KernelTable g_kernels;

@@ -149,7 +149,12 @@ QBO_API int32_t QBO_CALLEE QN_SubMask(void* dst, int32_t x, int32_t y, int32_t d
  *   (row); a one-pixel-wide (one-row) buffer repeats its pixel instead.
  * QN_StretchBlt_Mean: area mean; the same results, but 0 for an unknown
  *   mode. With field 1 starting on an odd row, the rows written average the
- *   same source areas as in a full-frame stretch.
+ *   same source areas as in a full-frame stretch. An area that reaches past
+ *   the source rectangle (a start with a fraction, rounding) reads the
+ *   buffer's next column, or repeats its last one at the buffer's edge; no
+ *   area reaches past the buffer.
+ * The stretches return 0, writing nothing, when their scratch memory cannot
+ * be had.
  */
 QBO_API int32_t QBO_CALLEE QN_BitBlt(void* dst, int32_t dstX, int32_t dstY, int32_t width,
                                     int32_t height, int32_t dstWidth, int32_t dstHeight,
@@ -235,22 +240,24 @@ QBO_API int32_t QBO_CALLEE QN_DwordBufferZoom(void* dst, int32_t dstX, int32_t d
  *
  * QN_Re4Sampling, QN_Re8Sampling: scale the whole image src (srcWidth x
  *   srcHeight, rows srcWidth pixels long) into dst (dstWidth x dstHeight).
- *   Return 1 when drawn, 0 when nothing was drawn: a NULL pointer or a size
- *   below 1, or no memory for the intermediate line. On that memory failure
- *   QN_Re4Sampling also shows "VirtualAlloc alloc <a>*<b>*4 fail" (the
- *   intermediate image's sizes: srcWidth*dstHeight when scaling vertically
- *   first, srcHeight*dstWidth otherwise); QN_Re8Sampling shows nothing.
+ *   Return 1 when drawn and the temporary memory released; 0 when nothing
+ *   was drawn (a NULL pointer, a size below 1, or no memory for the
+ *   intermediate lines). On that memory failure QN_Re4Sampling also shows
+ *   "VirtualAlloc alloc <a>*<b>*4 fail" with the intermediate image's
+ *   sizes (srcWidth*dstHeight when scaling vertically first,
+ *   srcHeight*dstWidth otherwise); QN_Re8Sampling shows nothing.
  *   Scaling by 1 reproduces lines shorter than 2048 pixels exactly.
  * QN_Re4SamplingEx, QN_Re8SamplingEx: scale the rectangle (srcX, srcY,
  *   srcRectWidth, srcRectHeight) of a srcWidth x srcHeight image into the
  *   rectangle (x, y, width, height) of a dstWidth x dstHeight image, rows as
  *   long as their image. The source rectangle is cut to its image and the
  *   destination rectangle to its image, taking away the source samples the
- *   cut hides. Return 1 when drawn, 0 when fewer than 2 pixels remain on
- *   any side, a pointer is NULL or memory is short (nothing drawn). Quirk
- *   kept on purpose: when the image is scaled vertically first, taps below
- *   the source rectangle read on down to the source image's last row
- *   instead of repeating the rectangle's last row.
+ *   cut hides. Return 1 when drawn and the temporary memory released; 0
+ *   when fewer than 2 pixels remain on any side, a pointer is NULL or memory
+ *   is short (nothing drawn). Quirk kept on purpose: when the image is
+ *   scaled vertically first, taps below the source rectangle read on down
+ *   to the source image's last row instead of repeating the rectangle's
+ *   last row.
  */
 QBO_API int32_t QBO_CALLER QN_Re4Sampling(void* dst, int32_t dstWidth, int32_t dstHeight,
                                           const void* src, int32_t srcWidth,
@@ -481,6 +488,66 @@ QBO_API void QBO_CALLEE QN_CS_422_420_YUVFrame_XDCAM(void* dstY, int32_t yPitch,
 
 
 /* ---- Colour-space conversion and matrices ------------------------------ */
+
+/* -- Planar YUV to 32-bit --
+ * Planar 4:2:2 (chroma planes height rows) or interlaced 4:2:0 (chroma
+ * planes height / 2 rows; plane rows 0, 2, ... the top field's chroma,
+ * 1, 3, ... the bottom field's) to opaque RGBA / BGRA (alpha 255). No
+ * argument is checked; nothing is returned. `bt709` non-zero selects
+ * BT.709, zero BT.601 (full range). `flip` non-zero writes each
+ * destination bottom-up. `width`, `height` are the whole frame's.
+ * Chroma rows hold one sample per pixel pair: pixel 2k takes sample k,
+ * pixel 2k + 1 the mean of samples k and k + 1, the last pair's odd pixel
+ * sample k alone. Exactly `width` pixels are written; an odd width's last
+ * pixel has a sample of its own, so chroma rows then hold (width + 1) / 2
+ * samples.
+ * _Frame: row i of the frame from luma row i. 4:2:2 _Split: luma rows 2j
+ *   and 2j + 1 to row j of dst0 and dst1 (height / 2 rows each; an odd last
+ *   row is not converted). 4:2:0 _Split: the top field (luma rows 0, 2, ...)
+ *   to dst0, the bottom field to dst1.
+ * 4:2:0 chroma is interpolated within each field exactly as
+ *   QN_CS_420_422_YUVFrame does (quarters, the same first, middle and last
+ *   rows, no chroma row past height / 2 read, short pictures clamped), but
+ *   without its 576-line blackening. 2 x (height / 2) rows are written; an
+ *   odd last frame row is untouched. Each call takes four chroma rows of
+ *   scratch memory; if that allocation fails nothing is written.
+ */
+QBO_API void QBO_CALLEE QN_CS_YUV422_RGBA_Frame(void* dst, int32_t dstPitch, const void* srcY,
+                                                int32_t yPitch, const void* srcU, int32_t uPitch,
+                                                const void* srcV, int32_t vPitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUV422_BGRA_Frame(void* dst, int32_t dstPitch, const void* srcY,
+                                                int32_t yPitch, const void* srcU, int32_t uPitch,
+                                                const void* srcV, int32_t vPitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUV422_RGBA_Split(void* dst0, int32_t dstPitch0, void* dst1,
+                                                int32_t dstPitch1, const void* srcY,
+                                                int32_t yPitch, const void* srcU, int32_t uPitch,
+                                                const void* srcV, int32_t vPitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUV422_BGRA_Split(void* dst0, int32_t dstPitch0, void* dst1,
+                                                int32_t dstPitch1, const void* srcY,
+                                                int32_t yPitch, const void* srcU, int32_t uPitch,
+                                                const void* srcV, int32_t vPitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUV420_RGBA_Frame(void* dst, int32_t dstPitch, const void* srcY,
+                                                int32_t yPitch, const void* srcU, int32_t uPitch,
+                                                const void* srcV, int32_t vPitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUV420_BGRA_Frame(void* dst, int32_t dstPitch, const void* srcY,
+                                                int32_t yPitch, const void* srcU, int32_t uPitch,
+                                                const void* srcV, int32_t vPitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUV420_RGBA_Split(void* dst0, int32_t dstPitch0, void* dst1,
+                                                int32_t dstPitch1, const void* srcY,
+                                                int32_t yPitch, const void* srcU, int32_t uPitch,
+                                                const void* srcV, int32_t vPitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
+QBO_API void QBO_CALLEE QN_CS_YUV420_BGRA_Split(void* dst0, int32_t dstPitch0, void* dst1,
+                                                int32_t dstPitch1, const void* srcY,
+                                                int32_t yPitch, const void* srcU, int32_t uPitch,
+                                                const void* srcV, int32_t vPitch, int32_t width,
+                                                int32_t height, int32_t bt709, int32_t flip);
 
 /* Matrices: 16 floats, 4 x 4 row by row, row r = output component r from
  * input components (R, G, B, A) or (Y, U, V, A); U and V centred on zero,

@@ -8,7 +8,6 @@
 #include "QuillonBufferOperaU.h"
 #include "frame/accel.h"
 #include "frame/kernel_table.h"
-#include "frame/platform.h"
 #include "yuvlayout/field_chroma.h"
 
 using qbo::ConstPlane;
@@ -37,30 +36,35 @@ struct FieldTargets {
   int64_t pitch[2];
 };
 
-// Writes the h2 rows of both fields. Chroma rows that are not taken
-// unchanged are mixed into two scratch rows (U, V) first.
+// Writes one step of field f from row r (see FieldChromaStepAt) and
+// returns the next row of the field. A lone mixed row goes through the pair
+// row as the same row twice.
+int ConvertStep(const FieldTargets& out, const Source420& src, int32_t width, int h2, int f,
+                int r, const FieldChromaWeights& weights) {
+  const qbo::YuvLayoutKernels& k = qbo::Kernels().yuvlayout;
+  auto dst = [&](int row) { return RowAt(out.base[f], out.pitch[f], row); };
+  auto luma = [&](int row) { return src.y.Row(2 * row + f); };
+  const qbo::FieldChromaStep step = qbo::FieldChromaStepAt(r, h2, f, weights);
+  if (step.a == step.b) {
+    k.interleave_yuyv(dst(r), luma(r), src.u.Row(step.a), src.v.Row(step.a), width);
+    return r + 1;
+  }
+  const int r1 = r + step.rows - 1;
+  k.yuv420_to_yuyv_pair(dst(r), dst(r1), luma(r), luma(r1), src.u.Row(step.a),
+                        src.u.Row(step.b), src.v.Row(step.a), src.v.Row(step.b), width, step.w);
+  return r + step.rows;
+}
+
+// Writes the h2 rows of both fields, the two fields in step so the frame
+// is walked top to bottom once.
 void ConvertFields(const FieldTargets& out, const Source420& src, int32_t width, int32_t height,
                    const FieldChromaWeights (&weights)[2]) {
   const int h2 = height / 2;
   if (width <= 0 || h2 < 1) return;
-  const int chroma = width / 2;
-  qbo::ScratchBuffer scratch(2 * static_cast<std::size_t>(chroma) + 1);
-  if (!scratch) return;
-  uint8_t* mixed_u = static_cast<uint8_t*>(scratch.get());
-  uint8_t* mixed_v = mixed_u + chroma;
-  const qbo::YuvLayoutKernels& k = qbo::Kernels().yuvlayout;
-  for (int f = 0; f < 2; ++f) {
-    for (int r = 0; r < h2; ++r) {
-      const qbo::FieldChromaSource c = qbo::FieldChromaFor(r, h2, f, weights[f]);
-      const uint8_t* u = src.u.Row(c.a);
-      const uint8_t* v = src.v.Row(c.a);
-      if (c.a != c.b) {
-        k.blend_chroma(mixed_u, u, src.u.Row(c.b), chroma, &c.w);
-        k.blend_chroma(mixed_v, v, src.v.Row(c.b), chroma, &c.w);
-        u = mixed_u;
-        v = mixed_v;
-      }
-      k.interleave_yuyv(RowAt(out.base[f], out.pitch[f], r), src.y.Row(2 * r + f), u, v, width);
+  int next[2] = {0, 0};
+  while (next[0] < h2 || next[1] < h2) {
+    for (int f = 0; f < 2; ++f) {
+      if (next[f] < h2) next[f] = ConvertStep(out, src, width, h2, f, next[f], weights[f]);
     }
   }
 }

@@ -3,15 +3,15 @@
 namespace qbo {
 
 void FillYuvLayoutKernels(YuvLayoutKernels* k, KernelLevel level) {
-  *k = YuvLayoutKernels{InterleaveYuyvRow_C, BlendChromaRow_C, YuyvToLumaRow_C,
+  *k = YuvLayoutKernels{InterleaveYuyvRow_C, BlendChromaRow_C, Yuv420ToYuyvRowPair_C, YuyvToLumaRow_C,
                         YuyvToChromaRow_C};
   if (level >= KernelLevel::kSse2) {
     *k = YuvLayoutKernels{InterleaveYuyvRow_Any_SSE2, BlendChromaRow_Any_SSE2,
-                          YuyvToLumaRow_Any_SSE2, YuyvToChromaRow_Any_SSE2};
+                          Yuv420ToYuyvRowPair_Any_SSE2, YuyvToLumaRow_Any_SSE2, YuyvToChromaRow_Any_SSE2};
   }
   if (level >= KernelLevel::kAvx2) {
     *k = YuvLayoutKernels{InterleaveYuyvRow_Any_AVX2, BlendChromaRow_Any_AVX2,
-                          YuyvToLumaRow_Any_AVX2, YuyvToChromaRow_Any_AVX2};
+                          Yuv420ToYuyvRowPair_Any_AVX2, YuyvToLumaRow_Any_AVX2, YuyvToChromaRow_Any_AVX2};
   }
 }
 

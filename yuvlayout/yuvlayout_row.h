@@ -17,6 +17,16 @@
 //     (p + 3c + 2) >> 2 == (2p + 6c + 4) >> 3 for all bytes p, c.
 //     SSE2 count % 16 == 0, AVX2 count % 32 == 0.
 //
+//   Yuv420ToYuyvRowPair(dst0, dst1, y0, y1, ua, ub, va, vb, width, w)
+//     Two rows of the 4:2:0 to YUYV conversion that mix the same two chroma
+//     rows with different weights: dst_i is InterleaveYuyvRow of y_i with
+//     u[j] = (w[i].wa * ua[j] + w[i].wb * ub[j] + 4) >> 3 and v likewise.
+//     Within a field, rows 2k + 1 and 2k + 2 both mix C[k] and C[k + 1],
+//     so the chroma is loaded and paired once for both. dst0 and dst1 do
+//     not overlap, except that they may be one row when y0 == y1 and both
+//     weights are equal (one row written twice with the same bytes).
+//     SSE2 width % 16 == 0, AVX2 width % 32 == 0.
+//
 //   YuyvToLumaRow(dst_y, src, width)
 //     dst_y[i] = src[2i] for i < (width & ~1): the odd last pixel is not
 //     written. SSE2 width % 16 == 0, AVX2 width % 32 == 0.
@@ -61,10 +71,19 @@ struct ChromaTaps {
   uint16_t pair_shift;  // >= 1; the trailing 2-pixel group's shift
 };
 
+// The two-row average (b + c + 1) >> 1, written as quarters.
+inline bool IsAverage(const ChromaTaps& t) {
+  return t.ta == 0 && t.tb == 2 && t.tc == 2 && t.td == 0 && t.round == 2 && t.shift == 2;
+}
+
 using InterleaveYuyvRowFn = void (*)(uint8_t* dst, const uint8_t* y, const uint8_t* u,
                                      const uint8_t* v, int width);
 using BlendChromaRowFn = void (*)(uint8_t* dst, const uint8_t* a, const uint8_t* b, int count,
                                   const ChromaBlend* w);
+using Yuv420ToYuyvRowPairFn = void (*)(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
+                                       const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
+                                       const uint8_t* va, const uint8_t* vb, int width,
+                                       const ChromaBlend* w);
 using YuyvToLumaRowFn = void (*)(uint8_t* dst_y, const uint8_t* src, int width);
 using YuyvToChromaRowFn = void (*)(uint8_t* dst_u, uint8_t* dst_v, const uint8_t* a,
                                    const uint8_t* b, const uint8_t* c, const uint8_t* d,
@@ -75,6 +94,10 @@ using YuyvToChromaRowFn = void (*)(uint8_t* dst_u, uint8_t* dst_v, const uint8_t
                                  const uint8_t* v, int width);                                 \
   void BlendChromaRow_##level(uint8_t* dst, const uint8_t* a, const uint8_t* b, int count,    \
                               const ChromaBlend* w);                                           \
+  void Yuv420ToYuyvRowPair_##level(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,          \
+                                   const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,   \
+                                   const uint8_t* va, const uint8_t* vb, int width,           \
+                                   const ChromaBlend* w);                                     \
   void YuyvToLumaRow_##level(uint8_t* dst_y, const uint8_t* src, int width);                  \
   void YuyvToChromaRow_##level(uint8_t* dst_u, uint8_t* dst_v, const uint8_t* a,              \
                                const uint8_t* b, const uint8_t* c, const uint8_t* d,          \

@@ -30,38 +30,106 @@ __m256i TapSum(const uint8_t* a, const uint8_t* b, const uint8_t* c, const uint8
   return _mm256_srl_epi16(s, shift);
 }
 
+// Runs `sums(byte_offset)`, which gives 16 shifted chroma sums
+// [c0..c7 | c8..c15] (c = U0 V0 U1 V1 ...) of the YUYV bytes at that offset,
+// over the row and stores U and V. Shifted lanes are below 32768, so the
+// signed pack is min(255, s).
+template <typename Sums>
+void ChromaLoop(uint8_t* dst_u, uint8_t* dst_v, int width, Sums sums) {
+  const __m256i low_bytes = _mm256_set1_epi16(0x00FF);
+  for (int x = 0; x < width; x += 32) {
+    // pack gives [c0..7 c16..23 | c8..15 c24..31]; reorder the qwords.
+    const __m256i uv = _mm256_permute4x64_epi64(
+        _mm256_packus_epi16(sums(2 * x), sums(2 * x + 32)), kQwordOrder0213);
+    // [U0..7 V0..7 | U8..15 V8..15] -> [U0..15 | V0..15]
+    const __m256i split = _mm256_permute4x64_epi64(
+        _mm256_packus_epi16(_mm256_and_si256(uv, low_bytes), _mm256_srli_epi16(uv, 8)),
+        kQwordOrder0213);
+    Store16(dst_u + x / 2, _mm256_castsi256_si128(split));
+    Store16(dst_v + x / 2, _mm256_extracti128_si256(split, 1));
+  }
+}
+
+// 32 pixels of YUYV from 32 luma bytes [Y0..Y15 | Y16..Y31] and 16 U, 16 V.
+void InterleaveStore(uint8_t* dst, __m256i luma, __m128i u, __m128i v) {
+  // uv = [U0 V0 .. U7 V7 | U8 V8 .. U15 V15]
+  const __m256i uv = _mm256_set_m128i(_mm_unpackhi_epi8(u, v), _mm_unpacklo_epi8(u, v));
+  // lo = [pixels 0..7 | 16..23], hi = [pixels 8..15 | 24..31]
+  const __m256i lo = _mm256_unpacklo_epi8(luma, uv);
+  const __m256i hi = _mm256_unpackhi_epi8(luma, uv);
+  Store(dst, _mm256_permute2x128_si256(lo, hi, 0x20));
+  Store(dst + 32, _mm256_permute2x128_si256(lo, hi, 0x31));
+}
+
+// Bytes of a and b interleaved meet weight pairs (wa, wb) in one
+// unsigned-by-signed multiply-add: wa*a + wb*b per 16-bit lane, at most
+// 8 x 255, far from saturation.
+__m256i BlendWeights(const ChromaBlend* w) {
+  return _mm256_set1_epi16(static_cast<int16_t>(w->wa | (w->wb << 8)));
+}
+
+// (wa * a + wb * b + 4) >> 3 on 32 bytes. Unpack and pack both stay in
+// their 128-bit lane, so the byte order comes back unchanged.
+__m256i Blend32(__m256i a, __m256i b, __m256i weights) {
+  const __m256i four = _mm256_set1_epi16(4);
+  const __m256i lo = _mm256_srli_epi16(
+      _mm256_add_epi16(_mm256_maddubs_epi16(_mm256_unpacklo_epi8(a, b), weights), four), 3);
+  const __m256i hi = _mm256_srli_epi16(
+      _mm256_add_epi16(_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a, b), weights), four), 3);
+  return _mm256_packus_epi16(lo, hi);
+}
+
 }  // namespace
 
 void InterleaveYuyvRow_AVX2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                             int width) {
   for (int x = 0; x < width; x += 32, dst += 64, y += 32, u += 16, v += 16) {
-    const __m128i cu = Load16(u), cv = Load16(v);
-    // uv = [U0 V0 .. U7 V7 | U8 V8 .. U15 V15]
-    const __m256i uv = _mm256_set_m128i(_mm_unpackhi_epi8(cu, cv), _mm_unpacklo_epi8(cu, cv));
-    const __m256i luma = Load(y);  // [Y0..Y15 | Y16..Y31]
-    // lo = [pixels 0..7 | 16..23], hi = [pixels 8..15 | 24..31]
-    const __m256i lo = _mm256_unpacklo_epi8(luma, uv);
-    const __m256i hi = _mm256_unpackhi_epi8(luma, uv);
-    Store(dst, _mm256_permute2x128_si256(lo, hi, 0x20));
-    Store(dst + 32, _mm256_permute2x128_si256(lo, hi, 0x31));
+    InterleaveStore(dst, Load(y), Load16(u), Load16(v));
   }
 }
 
 void BlendChromaRow_AVX2(uint8_t* dst, const uint8_t* a, const uint8_t* b, int count,
                          const ChromaBlend* w) {
-  // Bytes of a and b interleaved meet weight pairs (wa, wb) in one
-  // unsigned-by-signed multiply-add: wa*a + wb*b per 16-bit lane, at most
-  // 8 x 255, far from saturation.
-  const __m256i weights = _mm256_set1_epi16(static_cast<int16_t>(w->wa | (w->wb << 8)));
+  const __m256i weights = BlendWeights(w);
+  for (int i = 0; i < count; i += 32) Store(dst + i, Blend32(Load(a + i), Load(b + i), weights));
+}
+
+void Yuv420ToYuyvRowPair_AVX2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
+                              const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
+                              const uint8_t* va, const uint8_t* vb, int width,
+                              const ChromaBlend* w) {
+  const __m256i zero = _mm256_setzero_si256();
   const __m256i four = _mm256_set1_epi16(4);
-  for (int i = 0; i < count; i += 32) {
-    const __m256i va = Load(a + i), vb = Load(b + i);
-    const __m256i lo = _mm256_srli_epi16(
-        _mm256_add_epi16(_mm256_maddubs_epi16(_mm256_unpacklo_epi8(va, vb), weights), four), 3);
-    const __m256i hi = _mm256_srli_epi16(
-        _mm256_add_epi16(_mm256_maddubs_epi16(_mm256_unpackhi_epi8(va, vb), weights), four), 3);
-    // unpack and pack both stay in their lane, so the order comes back.
-    Store(dst + i, _mm256_packus_epi16(lo, hi));
+  const __m256i w0 = BlendWeights(&w[0]), w1 = BlendWeights(&w[1]);
+  for (int x = 0, h = 0; x < width; x += 32, h += 16) {
+    // uv = [U0 V0 .. U7 V7 | U8 V8 .. U15 V15] of each source row; pairing
+    // the rows gives (a, b) byte pairs for the multiply-add:
+    // lo = [c0..c7 | c16..c23], hi = [c8..c15 | c24..c31], c = U0 V0 U1 V1...
+    const __m128i ca_u = Load16(ua + h), ca_v = Load16(va + h);
+    const __m128i cb_u = Load16(ub + h), cb_v = Load16(vb + h);
+    const __m256i uva =
+        _mm256_set_m128i(_mm_unpackhi_epi8(ca_u, ca_v), _mm_unpacklo_epi8(ca_u, ca_v));
+    const __m256i uvb =
+        _mm256_set_m128i(_mm_unpackhi_epi8(cb_u, cb_v), _mm_unpacklo_epi8(cb_u, cb_v));
+    const __m256i pairs_lo = _mm256_unpacklo_epi8(uva, uvb);
+    const __m256i pairs_hi = _mm256_unpackhi_epi8(uva, uvb);
+    // A YUYV word is Y | c << 8; the mixed chroma (below 256) goes straight
+    // into the high byte. Luma unpacked against zero lands in the same
+    // lanes: [Y0..7 | Y16..23] and [Y8..15 | Y24..31]; two lane swaps put
+    // pixels 0..15 and 16..31 together for full-width stores.
+    auto row = [&](uint8_t* dst, const uint8_t* y, __m256i weights) {
+      auto mix = [&](__m256i p) {
+        const __m256i s = _mm256_add_epi16(_mm256_maddubs_epi16(p, weights), four);
+        return _mm256_slli_epi16(_mm256_srli_epi16(s, 3), 8);
+      };
+      const __m256i luma = Load(y + x);
+      const __m256i lo = _mm256_or_si256(_mm256_unpacklo_epi8(luma, zero), mix(pairs_lo));
+      const __m256i hi = _mm256_or_si256(_mm256_unpackhi_epi8(luma, zero), mix(pairs_hi));
+      Store(dst + 2 * x, _mm256_permute2x128_si256(lo, hi, 0x20));
+      Store(dst + 2 * x + 32, _mm256_permute2x128_si256(lo, hi, 0x31));
+    };
+    row(dst0, y0, w0);
+    row(dst1, y1, w1);
   }
 }
 
@@ -77,25 +145,26 @@ void YuyvToLumaRow_AVX2(uint8_t* dst_y, const uint8_t* src, int width) {
 
 void YuyvToChromaRow_AVX2(uint8_t* dst_u, uint8_t* dst_v, const uint8_t* a, const uint8_t* b,
                           const uint8_t* c, const uint8_t* d, int width, const ChromaTaps* t) {
-  const __m256i tap[4] = {_mm256_set1_epi16(t->ta), _mm256_set1_epi16(t->tb),
-                          _mm256_set1_epi16(t->tc), _mm256_set1_epi16(t->td)};
   const __m256i round = _mm256_set1_epi16(static_cast<int16_t>(t->round));
   const __m128i shift = _mm_cvtsi32_si128(t->shift);
-  const __m256i low_bytes = _mm256_set1_epi16(0x00FF);
-  for (int x = 0; x < width; x += 32) {
-    const int o = 2 * x;
-    // s0 = [c0..c7 | c8..c15], s1 = [c16..c23 | c24..c31] with c = U0 V0 U1 V1 ...
-    const __m256i s0 = TapSum(a + o, b + o, c + o, d + o, tap, round, shift);
-    const __m256i s1 = TapSum(a + o + 32, b + o + 32, c + o + 32, d + o + 32, tap, round, shift);
-    // Shifted lanes are below 32768, so the signed pack is min(255, s).
-    const __m256i uv =
-        _mm256_permute4x64_epi64(_mm256_packus_epi16(s0, s1), kQwordOrder0213);  // c0..c31
-    // [U0..7 V0..7 | U8..15 V8..15] -> [U0..15 | V0..15]
-    const __m256i split = _mm256_permute4x64_epi64(
-        _mm256_packus_epi16(_mm256_and_si256(uv, low_bytes), _mm256_srli_epi16(uv, 8)),
-        kQwordOrder0213);
-    Store16(dst_u + x / 2, _mm256_castsi256_si128(split));
-    Store16(dst_v + x / 2, _mm256_extracti128_si256(split, 1));
+  if (IsAverage(*t)) {
+    // (2b + 2c + 2) >> 2 == (b + c + 1) >> 1, the rounding byte average.
+    ChromaLoop(dst_u, dst_v, width, [&](int o) {
+      return _mm256_srli_epi16(_mm256_avg_epu8(Load(b + o), Load(c + o)), 8);
+    });
+  } else if (t->ta == 0 && t->td == 0) {
+    const __m256i tb = _mm256_set1_epi16(t->tb), tc = _mm256_set1_epi16(t->tc);
+    ChromaLoop(dst_u, dst_v, width, [&](int o) {
+      const __m256i s = _mm256_add_epi16(_mm256_mullo_epi16(ChromaWords(b + o), tb), round);
+      return _mm256_srl_epi16(_mm256_add_epi16(s, _mm256_mullo_epi16(ChromaWords(c + o), tc)),
+                              shift);
+    });
+  } else {
+    const __m256i tap[4] = {_mm256_set1_epi16(t->ta), _mm256_set1_epi16(t->tb),
+                            _mm256_set1_epi16(t->tc), _mm256_set1_epi16(t->td)};
+    ChromaLoop(dst_u, dst_v, width, [&](int o) {
+      return TapSum(a + o, b + o, c + o, d + o, tap, round, shift);
+    });
   }
 }
 
@@ -112,6 +181,17 @@ void BlendChromaRow_Any_AVX2(uint8_t* dst, const uint8_t* a, const uint8_t* b, i
   const int n = count & ~31;
   if (n) BlendChromaRow_AVX2(dst, a, b, n, w);
   BlendChromaRow_Any_SSE2(dst + n, a + n, b + n, count - n, w);
+}
+
+void Yuv420ToYuyvRowPair_Any_AVX2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
+                                  const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
+                                  const uint8_t* va, const uint8_t* vb, int width,
+                                  const ChromaBlend* w) {
+  const int n = width & ~31;
+  if (n) Yuv420ToYuyvRowPair_AVX2(dst0, dst1, y0, y1, ua, ub, va, vb, n, w);
+  const int h = n / 2;
+  Yuv420ToYuyvRowPair_Any_SSE2(dst0 + 2 * n, dst1 + 2 * n, y0 + n, y1 + n, ua + h, ub + h,
+                               va + h, vb + h, width - n, w);
 }
 
 void YuyvToLumaRow_Any_AVX2(uint8_t* dst_y, const uint8_t* src, int width) {

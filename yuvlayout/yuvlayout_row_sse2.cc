@@ -27,6 +27,45 @@ __m128i TapSum(const uint8_t* a, const uint8_t* b, const uint8_t* c, const uint8
   return _mm_srl_epi16(s, shift);
 }
 
+// Runs `sums(byte_offset)`, which gives 8 shifted chroma sums (U0 V0 .. U3
+// V3) of the YUYV bytes at that offset, over the row and stores U and V.
+// After a shift of at least 1 every lane is below 32768, so the signed pack
+// saturates exactly like min(255, s).
+template <typename Sums>
+void ChromaLoop(uint8_t* dst_u, uint8_t* dst_v, int width, Sums sums) {
+  const __m128i low_bytes = _mm_set1_epi16(0x00FF);
+  for (int x = 0; x < width; x += 16) {
+    const __m128i uv = _mm_packus_epi16(sums(2 * x), sums(2 * x + 16));  // U0 V0 ... U7 V7
+    const __m128i packed =
+        _mm_packus_epi16(_mm_and_si128(uv, low_bytes), _mm_srli_epi16(uv, 8));  // U0..7 V0..7
+    Store8(dst_u + x / 2, packed);
+    Store8(dst_v + x / 2, _mm_srli_si128(packed, 8));
+  }
+}
+
+struct BlendWeights {
+  explicit BlendWeights(const ChromaBlend* w)
+      : wa(_mm_set1_epi16(static_cast<int16_t>(w->wa))),
+        wb(_mm_set1_epi16(static_cast<int16_t>(w->wb))) {}
+  __m128i wa, wb;
+};
+
+// (wa * a + wb * b + 4) >> 3 on 16 bytes; 8 x 255 + 4 fits easily in 16
+// bits and the shifted result fits a byte.
+__m128i Blend16(__m128i a, __m128i b, const BlendWeights& w) {
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i four = _mm_set1_epi16(4);
+  const __m128i lo =
+      _mm_add_epi16(_mm_add_epi16(_mm_mullo_epi16(_mm_unpacklo_epi8(a, zero), w.wa),
+                                  _mm_mullo_epi16(_mm_unpacklo_epi8(b, zero), w.wb)),
+                    four);
+  const __m128i hi =
+      _mm_add_epi16(_mm_add_epi16(_mm_mullo_epi16(_mm_unpackhi_epi8(a, zero), w.wa),
+                                  _mm_mullo_epi16(_mm_unpackhi_epi8(b, zero), w.wb)),
+                    four);
+  return _mm_packus_epi16(_mm_srli_epi16(lo, 3), _mm_srli_epi16(hi, 3));
+}
+
 }  // namespace
 
 void InterleaveYuyvRow_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
@@ -41,24 +80,36 @@ void InterleaveYuyvRow_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, co
 
 void BlendChromaRow_SSE2(uint8_t* dst, const uint8_t* a, const uint8_t* b, int count,
                          const ChromaBlend* w) {
+  const BlendWeights weights(w);
+  for (int i = 0; i < count; i += 16) Store(dst + i, Blend16(Load(a + i), Load(b + i), weights));
+}
+
+void Yuv420ToYuyvRowPair_SSE2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
+                              const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
+                              const uint8_t* va, const uint8_t* vb, int width,
+                              const ChromaBlend* w) {
   const __m128i zero = _mm_setzero_si128();
-  const __m128i wa = _mm_set1_epi16(static_cast<int16_t>(w->wa));
-  const __m128i wb = _mm_set1_epi16(static_cast<int16_t>(w->wb));
   const __m128i four = _mm_set1_epi16(4);
-  for (int i = 0; i < count; i += 16) {
-    const __m128i va = Load(a + i), vb = Load(b + i);
-    // 8 x 255 + 4 fits easily in 16 bits; the shifted result fits a byte.
-    const __m128i lo = _mm_srli_epi16(
-        _mm_add_epi16(_mm_add_epi16(_mm_mullo_epi16(_mm_unpacklo_epi8(va, zero), wa),
-                                    _mm_mullo_epi16(_mm_unpacklo_epi8(vb, zero), wb)),
-                      four),
-        3);
-    const __m128i hi = _mm_srli_epi16(
-        _mm_add_epi16(_mm_add_epi16(_mm_mullo_epi16(_mm_unpackhi_epi8(va, zero), wa),
-                                    _mm_mullo_epi16(_mm_unpackhi_epi8(vb, zero), wb)),
-                      four),
-        3);
-    Store(dst + i, _mm_packus_epi16(lo, hi));
+  const BlendWeights w0(&w[0]), w1(&w[1]);
+  for (int x = 0, h = 0; x < width; x += 16, h += 8) {
+    // Chroma words c = U0 V0 U1 V1 ... of both source rows, 16 bits each.
+    const __m128i uva = _mm_unpacklo_epi8(Load8(ua + h), Load8(va + h));
+    const __m128i uvb = _mm_unpacklo_epi8(Load8(ub + h), Load8(vb + h));
+    const __m128i a_lo = _mm_unpacklo_epi8(uva, zero), a_hi = _mm_unpackhi_epi8(uva, zero);
+    const __m128i b_lo = _mm_unpacklo_epi8(uvb, zero), b_hi = _mm_unpackhi_epi8(uvb, zero);
+    // A YUYV word is Y | c << 8: the mixed chroma (below 256) goes straight
+    // into the high byte, with no pack and unpack in between.
+    auto row = [&](uint8_t* dst, const uint8_t* y, const BlendWeights& bw) {
+      auto mix = [&](__m128i a, __m128i b) {
+        const __m128i s = _mm_add_epi16(_mm_mullo_epi16(a, bw.wa), _mm_mullo_epi16(b, bw.wb));
+        return _mm_slli_epi16(_mm_srli_epi16(_mm_add_epi16(s, four), 3), 8);
+      };
+      const __m128i luma = Load(y + x);
+      Store(dst + 2 * x, _mm_or_si128(_mm_unpacklo_epi8(luma, zero), mix(a_lo, b_lo)));
+      Store(dst + 2 * x + 16, _mm_or_si128(_mm_unpackhi_epi8(luma, zero), mix(a_hi, b_hi)));
+    };
+    row(dst0, y0, w0);
+    row(dst1, y1, w1);
   }
 }
 
@@ -73,23 +124,24 @@ void YuyvToLumaRow_SSE2(uint8_t* dst_y, const uint8_t* src, int width) {
 
 void YuyvToChromaRow_SSE2(uint8_t* dst_u, uint8_t* dst_v, const uint8_t* a, const uint8_t* b,
                           const uint8_t* c, const uint8_t* d, int width, const ChromaTaps* t) {
-  const __m128i tap[4] = {_mm_set1_epi16(t->ta), _mm_set1_epi16(t->tb), _mm_set1_epi16(t->tc),
-                          _mm_set1_epi16(t->td)};
   const __m128i round = _mm_set1_epi16(static_cast<int16_t>(t->round));
   const __m128i shift = _mm_cvtsi32_si128(t->shift);
-  const __m128i low_bytes = _mm_set1_epi16(0x00FF);
-  for (int x = 0; x < width; x += 16) {
-    const int o = 2 * x;
-    // After a shift of at least 1 every lane is below 32768, so the signed
-    // pack saturates exactly like min(255, s).
-    const __m128i uv = _mm_packus_epi16(TapSum(a + o, b + o, c + o, d + o, tap, round, shift),
-                                        TapSum(a + o + 16, b + o + 16, c + o + 16, d + o + 16,
-                                               tap, round, shift));  // U0 V0 ... U7 V7
-    const __m128i uu = _mm_and_si128(uv, low_bytes);
-    const __m128i vv = _mm_srli_epi16(uv, 8);
-    const __m128i packed = _mm_packus_epi16(uu, vv);  // U0..U7 V0..V7
-    Store8(dst_u + x / 2, packed);
-    Store8(dst_v + x / 2, _mm_srli_si128(packed, 8));
+  if (IsAverage(*t)) {
+    // (2b + 2c + 2) >> 2 == (b + c + 1) >> 1, the rounding byte average.
+    ChromaLoop(dst_u, dst_v, width,
+               [&](int o) { return _mm_srli_epi16(_mm_avg_epu8(Load(b + o), Load(c + o)), 8); });
+  } else if (t->ta == 0 && t->td == 0) {
+    const __m128i tb = _mm_set1_epi16(t->tb), tc = _mm_set1_epi16(t->tc);
+    ChromaLoop(dst_u, dst_v, width, [&](int o) {
+      const __m128i s = _mm_add_epi16(_mm_mullo_epi16(ChromaWords(b + o), tb), round);
+      return _mm_srl_epi16(_mm_add_epi16(s, _mm_mullo_epi16(ChromaWords(c + o), tc)), shift);
+    });
+  } else {
+    const __m128i tap[4] = {_mm_set1_epi16(t->ta), _mm_set1_epi16(t->tb), _mm_set1_epi16(t->tc),
+                            _mm_set1_epi16(t->td)};
+    ChromaLoop(dst_u, dst_v, width, [&](int o) {
+      return TapSum(a + o, b + o, c + o, d + o, tap, round, shift);
+    });
   }
 }
 
@@ -105,6 +157,17 @@ void BlendChromaRow_Any_SSE2(uint8_t* dst, const uint8_t* a, const uint8_t* b, i
   const int n = count & ~15;
   if (n) BlendChromaRow_SSE2(dst, a, b, n, w);
   BlendChromaRow_C(dst + n, a + n, b + n, count - n, w);
+}
+
+void Yuv420ToYuyvRowPair_Any_SSE2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
+                                  const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
+                                  const uint8_t* va, const uint8_t* vb, int width,
+                                  const ChromaBlend* w) {
+  const int n = width & ~15;
+  if (n) Yuv420ToYuyvRowPair_SSE2(dst0, dst1, y0, y1, ua, ub, va, vb, n, w);
+  const int h = n / 2;
+  Yuv420ToYuyvRowPair_C(dst0 + 2 * n, dst1 + 2 * n, y0 + n, y1 + n, ua + h, ub + h, va + h,
+                        vb + h, width - n, w);
 }
 
 void YuyvToLumaRow_Any_SSE2(uint8_t* dst_y, const uint8_t* src, int width) {

@@ -63,6 +63,19 @@ TEST(LayoutRowsReference, HandWorkedValues) {
     // (10 + 140 + 4) >> 3 = 19; (1785 + 4) >> 3 = 223; 255; (7 + 63 + 4) >> 3 = 9
     EXPECT_EQ(std::vector<uint8_t>(out, out + 4), (std::vector<uint8_t>{19, 223, 255, 9}));
   }
+  {  // Pair row, weights (2, 6) then (6, 2):
+     // row 0 U (2 x 10 + 6 x 20 + 4) >> 3 = 144 >> 3 = 18,
+     //       V (2 x 100 + 6 x 200 + 4) >> 3 = 1404 >> 3 = 175;
+     // row 1 U (6 x 10 + 2 x 20 + 4) >> 3 = 104 >> 3 = 13,
+     //       V (6 x 100 + 2 x 200 + 4) >> 3 = 1004 >> 3 = 125.
+    const uint8_t y0[] = {1, 2}, y1[] = {3, 4}, ua[] = {10}, ub[] = {20}, va[] = {100},
+                  vb[] = {200};
+    uint8_t out0[4], out1[4];
+    const ChromaBlend w[2] = {{2, 6}, {6, 2}};
+    Yuv420ToYuyvRowPair_C(out0, out1, y0, y1, ua, ub, va, vb, 2, w);
+    EXPECT_EQ(std::vector<uint8_t>(out0, out0 + 4), (std::vector<uint8_t>{1, 18, 2, 175}));
+    EXPECT_EQ(std::vector<uint8_t>(out1, out1 + 4), (std::vector<uint8_t>{3, 13, 4, 125}));
+  }
   {  // Luma: bytes 0 and 2 of each pair; width 3 writes two.
     const uint8_t src[] = {16, 128, 235, 128, 99, 1, 98, 2};
     uint8_t y[3] = {0xEE, 0xEE, 0xEE};
@@ -188,6 +201,30 @@ TEST(LayoutRowsSimd, BlendMatchesReferenceForEveryWeight) {
       fn(got.data(), a.data(), b.data(), count, &w);
       ASSERT_EQ(MismatchMap(want.data(), got.data(), n, 1), "") << "wa=" << wa;
       ASSERT_TRUE(got.GuardsIntact());
+    }
+  });
+}
+
+TEST(LayoutRowsSimd, Yuv420PairRowMatchesReference) {
+  Sweep([](int li, int width, std::size_t offset, uint32_t seed) {
+    const auto fn = Pick(li, Yuv420ToYuyvRowPair_SSE2, Yuv420ToYuyvRowPair_Any_SSE2,
+                         Yuv420ToYuyvRowPair_AVX2, Yuv420ToYuyvRowPair_Any_AVX2);
+    const std::size_t n = static_cast<std::size_t>(width & ~1), half = n / 2;
+    Source y0(n, offset, seed), y1(n, offset, seed + 5), ua(half, offset, seed + 1),
+        ub(half, offset, seed + 2), va(half, offset, seed + 3), vb(half, offset, seed + 4);
+    const std::size_t bytes = 2 * static_cast<std::size_t>(width);
+    const ChromaBlend weights[][2] = {{{6, 2}, {2, 6}}, {{5, 3}, {1, 7}}, {{7, 1}, {3, 5}},
+                                      {{0, 8}, {8, 0}}};
+    for (const auto& w : weights) {
+      GuardedBuffer want0(bytes, offset), want1(bytes, offset), got0(bytes, offset),
+          got1(bytes, offset);
+      Yuv420ToYuyvRowPair_C(want0.data(), want1.data(), y0.data(), y1.data(), ua.data(),
+                            ub.data(), va.data(), vb.data(), width, w);
+      fn(got0.data(), got1.data(), y0.data(), y1.data(), ua.data(), ub.data(), va.data(),
+         vb.data(), width, w);
+      ASSERT_EQ(MismatchMap(want0.data(), got0.data(), bytes, 1), "") << "wa=" << w[0].wa;
+      ASSERT_EQ(MismatchMap(want1.data(), got1.data(), bytes, 1), "") << "wa=" << w[1].wa;
+      ASSERT_TRUE(got0.GuardsIntact() && got1.GuardsIntact());
     }
   });
 }

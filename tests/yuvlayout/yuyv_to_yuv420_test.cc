@@ -187,11 +187,12 @@ void ModelExport(Kind kind, TestPlane& src, int width, int height, Expected& e) 
 }
 
 TEST(YuyvToYuv420, EveryExportMatchesItsRules) {
-  const int heights[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+  const int heights[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 576};
   ForEachLevel([&](KernelLevel) {
     for (const Export& x : kExports) {
       for (int height : heights) {
         for (int width : {1, 2, 6, 10, 13, 33, 79}) {
+          if (height == 576 && width > 10) continue;
           const bool upward = (width + height) % 3 == 0;
           SCOPED_TRACE(::testing::Message() << x.name << " " << width << "x" << height
                                             << (upward ? " upward" : ""));
