@@ -6,6 +6,7 @@
 #include <regex>
 #include <sstream>
 
+#include "pixel_ops.h"
 #include "png_io.h"
 #include "tool_test_support.h"
 
@@ -60,6 +61,10 @@ TEST(Demo, EveryStageWritesAPngOfItsStatedSize) {
   EXPECT_EQ(sequence.substr(0, sequence.find('\n')), "YUV4MPEG2 W320 H240 F25:1 It A1:1 C420jpeg");
   EXPECT_EQ(sequence.size(), 43 + 3 * (6 + 320 * 240 * 3 / 2));
   EXPECT_EQ(r.out.find("MISMATCH"), std::string::npos);
+  if (LibraryHas("QN_CS_YUV420_BGRA_Frame")) {
+    EXPECT_NE(r.out.find("4:2:0 -> BGRA directly and by way of YUYV: identical"),
+              std::string::npos);
+  }
 }
 
 }  // namespace
