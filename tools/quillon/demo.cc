@@ -243,9 +243,9 @@ int RunDemo(const std::vector<std::string>& args) {
     Frame top;
     Frame bottom;
     const double ms = MillisecondsPerRun([&] { SplitFields(display, top, bottom); });
-    table.Row(
-        "split into fields (QN_CS_SplitFrame)", width, height / 2, ms,
-        table.Save(top, "10-field-top.png") + "," + table.Save(bottom, "10-field-bottom.png"));
+    table.Row("split into fields (QN_CS_SplitFrame)", width, height / 2, ms,
+              table.Save(top, "10-field-top.png") + "," + table.Save(bottom, "10-field-bottom.png"),
+              width * static_cast<double>(height));  // both fields
     Frame composed;
     const double ms2 = MillisecondsPerRun([&] { ComposeFields(top, bottom, composed); });
     table.Row("fields back to a frame (QN_CS_ComposeFields)", width, height, ms2,
