@@ -6,6 +6,7 @@
 #include <regex>
 #include <sstream>
 
+#include "pixel_ops.h"
 #include "png_io.h"
 #include "tool_test_support.h"
 
@@ -50,11 +51,20 @@ TEST(Demo, EveryStageWritesAPngOfItsStatedSize) {
   // The folder holds exactly the files the table names: none unlisted, none
   // left under a temporary name.
   std::vector<std::string> on_disk;
-  for (const std::string& name : test::ListDir(dir / "stages")) on_disk.push_back(name);
+  for (const std::string& name : test::ListDir(dir / "stages")) {
+    if (name != "test-sequence.y4m") on_disk.push_back(name);
+  }
   std::sort(named.begin(), named.end());
   EXPECT_EQ(on_disk, named);
   EXPECT_NE(r.out.find("flip check: ok"), std::string::npos);
+  const std::string sequence = test::ReadFile(dir / "stages/test-sequence.y4m");
+  EXPECT_EQ(sequence.substr(0, sequence.find('\n')), "YUV4MPEG2 W320 H240 F25:1 It A1:1 C420jpeg");
+  EXPECT_EQ(sequence.size(), 43 + 3 * (6 + 320 * 240 * 3 / 2));
   EXPECT_EQ(r.out.find("MISMATCH"), std::string::npos);
+  if (LibraryHas("QN_CS_YUV420_BGRA_Frame")) {
+    EXPECT_NE(r.out.find("4:2:0 -> BGRA directly and by way of YUYV: identical"),
+              std::string::npos);
+  }
 }
 
 }  // namespace

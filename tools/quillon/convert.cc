@@ -159,6 +159,16 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
   through_bgra_ = options.width != 0 || !options.overlay_path.empty() || out_format != input.format;
   if (through_bgra_) {
     for (const std::string& name : ExportsForToBgra(input.format, order)) needed.push_back(name);
+    // The library interpolates interlaced 4:2:0 chroma field by field from
+    // at least two chroma rows a field.
+    const int rows = options.fields == FieldMode::kCompose ? input.height * 2 : input.height;
+    if (input.format == PixelFormat::kYuv420p && order != FieldOrder::kProgressive &&
+        (rows % 4 != 0 || rows < 8)) {
+      Fail("input",
+           "unsupported size: interlaced yuv420p needs a height that is a multiple of 4 "
+           "and at least 8, not " +
+               std::to_string(rows));
+    }
   }
   if (options.width != 0) {
     // The picture keeps its shape on screen, so the pixels change theirs.

@@ -8,21 +8,22 @@
 // QUILLON_HAVE_<export> is 1 or 0, set at configure time from what the
 // library's header declares, so the tool builds against any state of the
 // library and uses each export as soon as it exists.
-#define QUILLON_EXPORTS(X)   \
-  X(QN_CS_YUV420_BGRA_Frame) \
-  X(QN_CS_YUV422_BGRA_Frame) \
-  X(QN_CS_YUYV2BGRA_Frame)   \
-  X(QN_CS_BGRA2YUYV_Frame)   \
-  X(QN_CS_420_422_YUVFrame)  \
-  X(QN_CS_422_420_YUVFrame)  \
-  X(QN_CS_422_420_YUVField)  \
-  X(QN_CS_SplitFrame)        \
-  X(QN_CS_ComposeFields)     \
-  X(QN_BitBlt)               \
-  X(QN_StretchBlt)           \
-  X(QN_StretchBlt_Mean)      \
-  X(QN_Re4Sampling)          \
-  X(QN_Re8Sampling)          \
+#define QUILLON_EXPORTS(X)     \
+  X(QN_CS_YUV420_BGRA_Frame)   \
+  X(QN_CS_YUV422_BGRA_Frame)   \
+  X(QN_CS_YUYV2BGRA_Frame)     \
+  X(QN_CS_BGRA2YUYV_Frame)     \
+  X(QN_CS_420_422_YUVFrame)    \
+  X(QN_CS_ComposeYUV422_Frame) \
+  X(QN_CS_422_420_YUVFrame)    \
+  X(QN_CS_422_420_YUVField)    \
+  X(QN_CS_SplitFrame)          \
+  X(QN_CS_ComposeFields)       \
+  X(QN_BitBlt)                 \
+  X(QN_StretchBlt)             \
+  X(QN_StretchBlt_Mean)        \
+  X(QN_Re4Sampling)            \
+  X(QN_Re8Sampling)            \
   X(QN_OverTurnSelf)
 
 namespace quillon {
@@ -81,6 +82,16 @@ void CallYuv420ToYuyv(const Plane& d, const Plane& y, const Plane& u, const Plan
                          AnyPtr(v.data), v.pitch, w, h);
 #else
   Missing("QN_CS_420_422_YUVFrame");
+#endif
+}
+
+void CallPlanar422ToYuyv(const Plane& d, const Plane& y, const Plane& u, const Plane& v, int32_t w,
+                         int32_t h, int32_t) {
+#if QUILLON_HAVE_QN_CS_ComposeYUV422_Frame
+  QN_CS_ComposeYUV422_Frame(AnyPtr(d.data), d.pitch, AnyPtr(y.data), y.pitch, AnyPtr(u.data),
+                            u.pitch, AnyPtr(v.data), v.pitch, w, h);
+#else
+  Missing("QN_CS_ComposeYUV422_Frame");
 #endif
 }
 
@@ -185,6 +196,56 @@ void CallFieldRows(bool split, const Plane& frame, const Plane& top, const Plane
 #endif
 }
 
+// A planar-to-packed export: destination, Y, U, V, width, height, bt709.
+using PlanarCall = void (*)(const Plane& d, const Plane& y, const Plane& u, const Plane& v,
+                            int32_t width, int32_t height, int32_t bt709);
+
+// Runs a planar frame through `call_422` (4:2:2 and progressive 4:2:0) or
+// `call_420` (interlaced 4:2:0) into the packed plane `d`.
+void PlanarToPacked(const Frame& src, const Plane& d, PlanarCall call_422, PlanarCall call_420,
+                    int32_t bt709) {
+  const Plane y = src.plane(0);
+  const Plane u = src.plane(1);
+  const Plane v = src.plane(2);
+  if (src.format() == PixelFormat::kYuv422p) {
+    call_422(d, y, u, v, src.width(), src.height(), bt709);
+  } else if (src.order != FieldOrder::kProgressive) {
+    call_420(d, y, u, v, src.width(), src.height(), bt709);
+  } else {
+    // Progressive 4:2:0: each chroma row serves the two luma rows beside
+    // it, which a chroma pitch of 0 over a pair of rows gives the 4:2:2
+    // export.
+    for (int pair = 0; pair < src.height() / 2; ++pair) {
+      const Plane d2{d.data + 2 * pair * d.pitch, d.pitch, d.row_bytes, 2};
+      const Plane y2{y.data + 2 * pair * y.pitch, y.pitch, y.row_bytes, 2};
+      const Plane u2{u.data + pair * u.pitch, 0, u.row_bytes, 2};
+      const Plane v2{v.data + pair * v.pitch, 0, v.row_bytes, 2};
+      call_422(d2, y2, u2, v2, src.width(), 2, bt709);
+    }
+  }
+}
+
+std::vector<std::string> DirectToBgra(PixelFormat format, FieldOrder order) {
+  if (format == PixelFormat::kYuv420p && order != FieldOrder::kProgressive) {
+    return {"QN_CS_YUV420_BGRA_Frame"};
+  }
+  return {"QN_CS_YUV422_BGRA_Frame"};
+}
+
+std::vector<std::string> ViaYuyvToBgra(PixelFormat format, FieldOrder order) {
+  if (format == PixelFormat::kYuv420p && order != FieldOrder::kProgressive) {
+    return {"QN_CS_420_422_YUVFrame", "QN_CS_YUYV2BGRA_Frame"};
+  }
+  return {"QN_CS_ComposeYUV422_Frame", "QN_CS_YUYV2BGRA_Frame"};
+}
+
+bool AllPresent(const std::vector<std::string>& exports) {
+  for (const std::string& name : exports) {
+    if (!LibraryHas(name)) return false;
+  }
+  return true;
+}
+
 Frame& YuyvScratch() {
   static Frame scratch;
   return scratch;
@@ -271,17 +332,11 @@ std::optional<ScaleFilter> ParseScaleFilter(std::string_view name) {
 }
 
 std::vector<std::string> ExportsForToBgra(PixelFormat format, FieldOrder order) {
-  switch (format) {
-    case PixelFormat::kYuv420p:
-      return {order == FieldOrder::kProgressive ? "QN_CS_YUV422_BGRA_Frame"
-                                                : "QN_CS_YUV420_BGRA_Frame"};
-    case PixelFormat::kYuv422p:
-      return {"QN_CS_YUV422_BGRA_Frame"};
-    case PixelFormat::kYuyv422:
-      return {"QN_CS_YUYV2BGRA_Frame"};
-    default:
-      return {};
-  }
+  if (format == PixelFormat::kYuyv422) return {"QN_CS_YUYV2BGRA_Frame"};
+  if (!IsPlanar(format)) return {};
+  const std::vector<std::string> direct = DirectToBgra(format, order);
+  const std::vector<std::string> via = ViaYuyvToBgra(format, order);
+  return AllPresent(direct) || !AllPresent(via) ? direct : via;
 }
 
 std::vector<std::string> ExportsForFromBgra(PixelFormat format) {
@@ -306,29 +361,21 @@ void ToBgra(const Frame& src, Frame& dst, bool bt709) {
     YuyvToBgra(src, dst, bt709);
     return;
   }
-  dst.Reset(PixelFormat::kBgra, src.width(), src.height());
-  dst.order = src.order;
-  const Plane d = dst.plane(0);
-  const Plane y = src.plane(0);
-  const Plane u = src.plane(1);
-  const Plane v = src.plane(2);
   const int32_t flag709 = bt709 ? 1 : 0;
-  if (src.format() == PixelFormat::kYuv422p) {
-    CallYuv422ToBgra(d, y, u, v, src.width(), src.height(), flag709);
-  } else if (Interlaced(src)) {
-    CallYuv420ToBgra(d, y, u, v, src.width(), src.height(), flag709);
-  } else {
-    // Progressive 4:2:0: each chroma row serves the two luma rows beside
-    // it, which a chroma pitch of 0 over a pair of rows gives the 4:2:2
-    // export.
-    for (int pair = 0; pair < src.height() / 2; ++pair) {
-      const Plane d2{d.data + 2 * pair * d.pitch, d.pitch, d.row_bytes, 2};
-      const Plane y2{y.data + 2 * pair * y.pitch, y.pitch, y.row_bytes, 2};
-      const Plane u2{u.data + pair * u.pitch, 0, u.row_bytes, 2};
-      const Plane v2{v.data + pair * v.pitch, 0, v.row_bytes, 2};
-      CallYuv422ToBgra(d2, y2, u2, v2, src.width(), 2, flag709);
-    }
+  if (AllPresent(DirectToBgra(src.format(), src.order))) {
+    dst.Reset(PixelFormat::kBgra, src.width(), src.height());
+    dst.order = src.order;
+    PlanarToPacked(src, dst.plane(0), CallYuv422ToBgra, CallYuv420ToBgra, flag709);
+    return;
   }
+  // By way of YUYV, which gives the same pixels, except that the library's
+  // interlaced 4:2:0-to-YUYV conversion blackens the last row of a
+  // 576-row picture.
+  Frame& yuyv = YuyvScratch();
+  yuyv.Reset(PixelFormat::kYuyv422, src.width(), src.height());
+  yuyv.order = src.order;
+  PlanarToPacked(src, yuyv.plane(0), CallPlanar422ToYuyv, CallYuv420ToYuyv, 0);
+  YuyvToBgra(yuyv, dst, bt709);
 }
 
 void FromBgra(const Frame& src, PixelFormat format, Frame& dst, bool bt709) {
