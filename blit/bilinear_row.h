@@ -17,12 +17,12 @@
 //     v[i] = V(top[i], bottom[i]) for `count` bytes; wt <= 65535. Reads
 //     `count` bytes of each source row, writes `count` lanes of v; any
 //     alignment. _SSE2 takes count % 16 == 0, _AVX2 count % 32 == 0.
-//   BilinearHorizRow(dst, v, cols, pairs, width)
+//   BilinearHorizRow(dst, v, cols, weights, width)
 //     for `width` pixels i: Vl = v[4 x cols[i] + b], Vr = v[4 x cols[i] + 4
-//     + b] for bytes b = 0..3; wl = pairs[i] & 0xFFFF, wr = pairs[i] >> 16,
-//     wl + wr = 65535, every v lane <= 511 (as the vertical pass leaves it).
-//     Writes `width` pixels of dst. _SSE2 takes width % 4 == 0, _AVX2
-//     width % 4 == 0.
+//     + b] for bytes b = 0..3; weights holds eight lanes a pixel, wl four
+//     times then wr four times (SpreadBilinearWeights), wl + wr = 65535;
+//     every v lane <= 511 (as the vertical pass leaves it). Writes `width`
+//     pixels of dst. _SSE2 takes width % 4 == 0, _AVX2 width % 8 == 0.
 #ifndef QBO_BLIT_BILINEAR_ROW_H_
 #define QBO_BLIT_BILINEAR_ROW_H_
 
@@ -34,7 +34,7 @@ namespace qbo {
 using BilinearVertRowFn = void (*)(uint16_t* v, const uint8_t* top, const uint8_t* bottom,
                                    uint32_t wt, std::size_t count);
 using BilinearHorizRowFn = void (*)(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                                    const uint32_t* pairs, std::size_t width);
+                                    const uint16_t* weights, std::size_t width);
 
 void BilinearVertRow_C(uint16_t* v, const uint8_t* top, const uint8_t* bottom, uint32_t wt,
                        std::size_t count);
@@ -48,15 +48,25 @@ void BilinearVertRow_Any_AVX2(uint16_t* v, const uint8_t* top, const uint8_t* bo
                               uint32_t wt, std::size_t count);
 
 void BilinearHorizRow_C(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                        const uint32_t* pairs, std::size_t width);
+                        const uint16_t* weights, std::size_t width);
 void BilinearHorizRow_SSE2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                           const uint32_t* pairs, std::size_t width);
+                           const uint16_t* weights, std::size_t width);
 void BilinearHorizRow_Any_SSE2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                               const uint32_t* pairs, std::size_t width);
+                               const uint16_t* weights, std::size_t width);
 void BilinearHorizRow_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                           const uint32_t* pairs, std::size_t width);
+                           const uint16_t* weights, std::size_t width);
 void BilinearHorizRow_Any_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                               const uint32_t* pairs, std::size_t width);
+                               const uint16_t* weights, std::size_t width);
+
+// The eight lanes of one pixel's column weights: the left weight wl four
+// times, then 65535 - wl four times, laid out once per call so the rows
+// load them whole.
+inline void SpreadBilinearWeights(uint16_t* lanes, uint32_t wl) {
+  for (int b = 0; b < 4; ++b) {
+    lanes[b] = static_cast<uint16_t>(wl);
+    lanes[4 + b] = static_cast<uint16_t>(65535 - wl);
+  }
+}
 
 }  // namespace qbo
 

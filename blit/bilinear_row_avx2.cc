@@ -42,32 +42,32 @@ inline __m256i LoadPixelPair(const uint16_t* v, int32_t c0, int32_t c1) {
 
 }  // namespace
 
-// Four pixels a step: pixels 0 | 1 and 2 | 3 share a register, one per
-// 128-bit lane. The pairs p0..p3, unpacked with themselves, give 32-bit
-// elements (wl0 wl0)(wr0 wr0)(wl1 wl1)(wr1 wr1); the permute spreads them to
-// wl0 x4 wr0 x4 | wl1 x4 wr1 x4. After the sums, lane 0 holds pixels 0, 2
-// and lane 1 pixels 1, 3; the last permute puts them in order.
+// Eight pixels a step: pixels 0 | 1, 2 | 3, 4 | 5, 6 | 7 share registers,
+// one per 128-bit lane, each against its own eight weight lanes. After the
+// sums, lane 0 holds pixels 0, 2 (and 4, 6) and lane 1 pixels 1, 3 (5, 7);
+// the pack interleaves them as 0 2 4 6 | 1 3 5 7 and the permute restores
+// the order.
 void BilinearHorizRow_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                           const uint32_t* pairs, std::size_t width) {
-  const __m256i spread = _mm256_setr_epi32(0, 0, 1, 1, 2, 2, 3, 3);
-  const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 0, 4, 1, 5);
-  for (std::size_t i = 0; i < width; i += 4) {
-    const __m128i p = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pairs + i));
-    const __m256i w01 = _mm256_permutevar8x32_epi32(_mm256_castsi128_si256(_mm_unpacklo_epi16(p, p)), spread);
-    const __m256i w23 = _mm256_permutevar8x32_epi32(_mm256_castsi128_si256(_mm_unpackhi_epi16(p, p)), spread);
-    const __m256i a = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i], cols[i + 1]), w01);
-    const __m256i b = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i + 2], cols[i + 3]), w23);
-    const __m256i sum = _mm256_adds_epu16(_mm256_unpacklo_epi64(a, b), _mm256_unpackhi_epi64(a, b));
-    const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_packus_epi16(sum, sum), order);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i * 4), _mm256_castsi256_si128(packed));
+                           const uint16_t* weights, std::size_t width) {
+  const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
+  for (std::size_t i = 0; i < width; i += 8) {
+    const __m256i* w = reinterpret_cast<const __m256i*>(weights + 8 * i);
+    const __m256i a = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i], cols[i + 1]), _mm256_loadu_si256(w));
+    const __m256i b = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i + 2], cols[i + 3]), _mm256_loadu_si256(w + 1));
+    const __m256i c = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i + 4], cols[i + 5]), _mm256_loadu_si256(w + 2));
+    const __m256i d = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i + 6], cols[i + 7]), _mm256_loadu_si256(w + 3));
+    const __m256i ab = _mm256_adds_epu16(_mm256_unpacklo_epi64(a, b), _mm256_unpackhi_epi64(a, b));
+    const __m256i cd = _mm256_adds_epu16(_mm256_unpacklo_epi64(c, d), _mm256_unpackhi_epi64(c, d));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + i * 4),
+                        _mm256_permutevar8x32_epi32(_mm256_packus_epi16(ab, cd), order));
   }
 }
 
 void BilinearHorizRow_Any_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                               const uint32_t* pairs, std::size_t width) {
-  const std::size_t whole = width & ~std::size_t{3};
-  if (whole) BilinearHorizRow_AVX2(dst, v, cols, pairs, whole);
-  BilinearHorizRow_C(dst + whole * 4, v, cols + whole, pairs + whole, width - whole);
+                               const uint16_t* weights, std::size_t width) {
+  const std::size_t whole = width & ~std::size_t{7};
+  if (whole) BilinearHorizRow_AVX2(dst, v, cols, weights, whole);
+  BilinearHorizRow_Any_SSE2(dst + whole * 4, v, cols + whole, weights + 8 * whole, width - whole);
 }
 
 }  // namespace qbo

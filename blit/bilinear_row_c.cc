@@ -20,11 +20,11 @@ void BilinearVertRow_C(uint16_t* v, const uint8_t* top, const uint8_t* bottom, u
 }
 
 void BilinearHorizRow_C(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                        const uint32_t* pairs, std::size_t width) {
+                        const uint16_t* weights, std::size_t width) {
   for (std::size_t i = 0; i < width; ++i, dst += 4) {
     const uint16_t* left = v + 4 * static_cast<std::ptrdiff_t>(cols[i]);
-    const uint32_t wl = pairs[i] & kMax16;
-    const uint32_t wr = pairs[i] >> 16;
+    const uint32_t wl = weights[8 * i];
+    const uint32_t wr = weights[8 * i + 4];
     for (int b = 0; b < 4; ++b) {
       const uint32_t sum = AddSat16(MulHigh16(left[b], wl), MulHigh16(left[4 + b], wr));
       dst[b] = static_cast<uint8_t>(sum > 255 ? 255 : sum);

@@ -35,18 +35,12 @@ void BilinearVertRow_Any_SSE2(uint16_t* v, const uint8_t* top, const uint8_t* bo
 
 namespace {
 
-// Lanes wl wl wl wl wr wr wr wr from the packed pair (wl low, wr high).
-inline __m128i SpreadPair(uint32_t pair) {
-  const __m128i p = _mm_shufflelo_epi16(_mm_cvtsi32_si128(static_cast<int>(pair)),
-                                        _MM_SHUFFLE(1, 1, 0, 0));
-  return _mm_unpacklo_epi32(p, p);
-}
-
 // Vl x wl | Vr x wr of one pixel: the eight lanes are the left column's
-// four bytes then the right column's, one 16-byte load.
-inline __m128i Weighted(const uint16_t* v, int32_t col, uint32_t pair) {
+// four bytes then the right column's, one 16-byte load, against the
+// pixel's eight weight lanes.
+inline __m128i Weighted(const uint16_t* v, int32_t col, const uint16_t* w) {
   const __m128i lr = _mm_loadu_si128(reinterpret_cast<const __m128i*>(v + 4 * static_cast<std::ptrdiff_t>(col)));
-  return _mm_mulhi_epu16(lr, SpreadPair(pair));
+  return _mm_mulhi_epu16(lr, _mm_loadu_si128(reinterpret_cast<const __m128i*>(w)));
 }
 
 }  // namespace
@@ -54,12 +48,13 @@ inline __m128i Weighted(const uint16_t* v, int32_t col, uint32_t pair) {
 // Four pixels a step. Sums are at most 1020, so the signed pack saturates
 // them to 0..255 exactly like the reference's min(255, sum).
 void BilinearHorizRow_SSE2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                           const uint32_t* pairs, std::size_t width) {
+                           const uint16_t* weights, std::size_t width) {
   for (std::size_t i = 0; i < width; i += 4) {
-    const __m128i a = Weighted(v, cols[i], pairs[i]);
-    const __m128i b = Weighted(v, cols[i + 1], pairs[i + 1]);
-    const __m128i c = Weighted(v, cols[i + 2], pairs[i + 2]);
-    const __m128i d = Weighted(v, cols[i + 3], pairs[i + 3]);
+    const uint16_t* w = weights + 8 * i;
+    const __m128i a = Weighted(v, cols[i], w);
+    const __m128i b = Weighted(v, cols[i + 1], w + 8);
+    const __m128i c = Weighted(v, cols[i + 2], w + 16);
+    const __m128i d = Weighted(v, cols[i + 3], w + 24);
     const __m128i ab = _mm_adds_epu16(_mm_unpacklo_epi64(a, b), _mm_unpackhi_epi64(a, b));
     const __m128i cd = _mm_adds_epu16(_mm_unpacklo_epi64(c, d), _mm_unpackhi_epi64(c, d));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i * 4), _mm_packus_epi16(ab, cd));
@@ -67,10 +62,10 @@ void BilinearHorizRow_SSE2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
 }
 
 void BilinearHorizRow_Any_SSE2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                               const uint32_t* pairs, std::size_t width) {
+                               const uint16_t* weights, std::size_t width) {
   const std::size_t whole = width & ~std::size_t{3};
-  if (whole) BilinearHorizRow_SSE2(dst, v, cols, pairs, whole);
-  BilinearHorizRow_C(dst + whole * 4, v, cols + whole, pairs + whole, width - whole);
+  if (whole) BilinearHorizRow_SSE2(dst, v, cols, weights, whole);
+  BilinearHorizRow_C(dst + whole * 4, v, cols + whole, weights + 8 * whole, width - whole);
 }
 
 }  // namespace qbo

@@ -9,6 +9,7 @@ void FillBlitKernels(BlitKernels* k, KernelLevel level) {
   k->bilinear_horiz = BilinearHorizRow_C;
   k->mean_vert = MeanVertRow_C;
   k->mean_horiz = MeanHorizRow_C;
+  k->yuyv_expand = YuyvExpandRow_C;
   k->yuyv_mean_horiz = YuyvMeanHorizRow_C;
   if (level >= KernelLevel::kSse2) {
     k->blend_over = BlendOverRow_Any_SSE2;
@@ -17,6 +18,7 @@ void FillBlitKernels(BlitKernels* k, KernelLevel level) {
     k->bilinear_horiz = BilinearHorizRow_Any_SSE2;
     k->mean_vert = MeanVertRow_Any_SSE2;
     k->mean_horiz = MeanHorizRow_SSE2;
+    k->yuyv_expand = YuyvExpandRow_SSE2;
     k->yuyv_mean_horiz = YuyvMeanHorizRow_SSE2;
   }
   if (level >= KernelLevel::kAvx2) {

@@ -16,6 +16,7 @@ struct BlitKernels {
   BilinearHorizRowFn bilinear_horiz = nullptr;
   MeanVertRowFn mean_vert = nullptr;
   MeanHorizRowFn mean_horiz = nullptr;
+  YuyvExpandRowFn yuyv_expand = nullptr;
   YuyvMeanHorizRowFn yuyv_mean_horiz = nullptr;
 };
 

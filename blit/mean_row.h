@@ -24,6 +24,10 @@
 //     pixel i folds counts[i] accumulator pixels (four floats each) with
 //     weights[2i], weights[2i + 1] starting at column k; k starts at 0 and
 //     moves to k + n - 1 after a pixel with n >= 2. Writes `width` pixels.
+//   YuyvExpandRow(quads, acc, groups)
+//     group k of acc (Y0, U, Y1, V) gives quads 2k = (Y0, U, V, Y0) and
+//     2k + 1 = (Y1, (U + U') x 0.5, (V + V') x 0.5, Y1), U' and V' the next
+//     group's; the last group keeps its own chroma. Writes 2 x groups quads.
 //   YuyvMeanHorizRow(dst, quads, counts, weights, norm, params, width)
 //     the same fold over quads (Y, U, V, Y), then converts in single
 //     precision with u' = u - 128, v' = v - 128:
@@ -51,6 +55,7 @@ using MeanVertRowFn = void (*)(float* acc, const uint8_t* const* rows, int32_t n
                                float w1, float norm, std::size_t begin, std::size_t end);
 using MeanHorizRowFn = void (*)(uint8_t* dst, const float* acc, const int32_t* counts,
                                 const float* weights, float norm, std::size_t width);
+using YuyvExpandRowFn = void (*)(float* quads, const float* acc, std::size_t groups);
 using YuyvMeanHorizRowFn = void (*)(uint8_t* dst, const float* quads, const int32_t* counts,
                                     const float* weights, float norm,
                                     const YuyvMeanParams* params, std::size_t width);
@@ -70,6 +75,9 @@ void MeanHorizRow_C(uint8_t* dst, const float* acc, const int32_t* counts, const
                     float norm, std::size_t width);
 void MeanHorizRow_SSE2(uint8_t* dst, const float* acc, const int32_t* counts,
                        const float* weights, float norm, std::size_t width);
+
+void YuyvExpandRow_C(float* quads, const float* acc, std::size_t groups);
+void YuyvExpandRow_SSE2(float* quads, const float* acc, std::size_t groups);
 
 void YuyvMeanHorizRow_C(uint8_t* dst, const float* quads, const int32_t* counts,
                         const float* weights, float norm, const YuyvMeanParams* params,

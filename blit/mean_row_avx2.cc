@@ -22,6 +22,9 @@ inline __m256i LoadWords(const uint8_t* p) {
 void MeanVertRow_AVX2(float* acc, const uint8_t* const* rows, int32_t n, float w0, float w1,
                       float norm, std::size_t begin, std::size_t end) {
   const __m256 vw0 = _mm256_set1_ps(w0), vw1 = _mm256_set1_ps(w1), vnorm = _mm256_set1_ps(norm);
+  // A last row of weight 0 adds +0 to a sum >= 0, which changes nothing:
+  // it is not read (an area that ends on a row boundary has one).
+  const bool last_counts = w1 != 0.0f;
   for (std::size_t i = begin; i < end; i += 32) {
     for (std::size_t h = 0; h < 32; h += 16) {
       __m256 a[2];
@@ -33,9 +36,12 @@ void MeanVertRow_AVX2(float* acc, const uint8_t* const* rows, int32_t n, float w
         for (int32_t r = 1; r + 1 < n; ++r) sum = _mm256_adds_epu16(sum, LoadWords(rows[r] + i + h));
         __m256 middle[2], last[2];
         Widen(sum, middle);
-        Widen(LoadWords(rows[n - 1] + i + h), last);
-        for (int q = 0; q < 2; ++q) {
-          a[q] = _mm256_add_ps(_mm256_add_ps(a[q], middle[q]), _mm256_mul_ps(vw1, last[q]));
+        a[0] = _mm256_add_ps(a[0], middle[0]);
+        a[1] = _mm256_add_ps(a[1], middle[1]);
+        if (last_counts) {
+          Widen(LoadWords(rows[n - 1] + i + h), last);
+          a[0] = _mm256_add_ps(a[0], _mm256_mul_ps(vw1, last[0]));
+          a[1] = _mm256_add_ps(a[1], _mm256_mul_ps(vw1, last[1]));
         }
       }
       _mm256_storeu_ps(acc + i + h, _mm256_mul_ps(a[0], vnorm));

@@ -42,6 +42,20 @@ void MeanHorizRow_C(uint8_t* dst, const float* acc, const int32_t* counts, const
   }
 }
 
+void YuyvExpandRow_C(float* quads, const float* acc, std::size_t groups) {
+  for (std::size_t g = 0; g < groups; ++g, acc += 4, quads += 8) {
+    const float* next = g + 1 < groups ? acc + 4 : acc;
+    quads[0] = acc[0];
+    quads[1] = acc[1];
+    quads[2] = acc[3];
+    quads[3] = acc[0];
+    quads[4] = acc[2];
+    quads[5] = (acc[1] + next[1]) * 0.5f;
+    quads[6] = (acc[3] + next[3]) * 0.5f;
+    quads[7] = acc[2];
+  }
+}
+
 void YuyvMeanHorizRow_C(uint8_t* dst, const float* quads, const int32_t* counts,
                         const float* weights, float norm, const YuyvMeanParams* params,
                         std::size_t width) {

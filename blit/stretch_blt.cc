@@ -53,9 +53,10 @@ int32_t StretchBilinear(const BlitArgs& a) {
   const int64_t last_row = std::max<int64_t>(a.src_height - 2, 0);
 
   ScratchBuffer cols_buf(Count(p.width) * 4), pairs_buf(Count(p.width) * 4);
+  ScratchBuffer lanes_buf(Count(p.width) * 16);
   ScratchBuffer rows_buf(Count(p.height) * 4), row_w_buf(Count(p.height) * 4);
   RowWriter writer(a.mode, p.width);
-  if (!cols_buf || !pairs_buf || !rows_buf || !row_w_buf || !writer.ok()) return 0;
+  if (!cols_buf || !pairs_buf || !lanes_buf || !rows_buf || !row_w_buf || !writer.ok()) return 0;
   int32_t* cols = Array<int32_t>(cols_buf);
   uint32_t* pairs = Array<uint32_t>(pairs_buf);
   int32_t* rows = Array<int32_t>(rows_buf);
@@ -72,9 +73,10 @@ int32_t StretchBilinear(const BlitArgs& a) {
   const int64_t lo = *lo_it;
   const int64_t span = *hi_it - lo + 2;
   const int64_t real = std::min<int64_t>(span, a.src_width - lo);
+  uint16_t* lanes = Array<uint16_t>(lanes_buf);
   for (int64_t i = 0; i < p.width; ++i) {
     cols[i] -= static_cast<int32_t>(lo);
-    pairs[i] = ((65535u - pairs[i]) << 16) | pairs[i];
+    SpreadBilinearWeights(lanes + 8 * i, pairs[i]);
   }
   ScratchBuffer v_buf(Count(span) * 8);
   if (!v_buf) return 0;
@@ -89,7 +91,7 @@ int32_t StretchBilinear(const BlitArgs& a) {
     k.bilinear_vert(v, PixelAddress(a.src, lo, top, a.src_width),
                     PixelAddress(a.src, lo, bottom, a.src_width), row_w[j], Count(real) * 4);
     for (int64_t c = real; c < span; ++c) std::memcpy(v + 4 * c, v + 4 * (real - 1), 8);
-    k.bilinear_horiz(writer.Target(dst_row), v, cols, pairs, Count(p.width));
+    k.bilinear_horiz(writer.Target(dst_row), v, cols, lanes, Count(p.width));
     writer.Finish(dst_row);
     dst_row = AdvanceBytes(dst_row, dst_step);
   }

@@ -1,6 +1,7 @@
 // QN_CS_YUYV2BGRA_MeanStretch and QN_CS_YUYV2RGBA_MeanStretch: the area
 // mean of the 32-bit stretch run on YUYV groups, chroma spread to every
-// pixel, then converted to 32-bit in single precision.
+// pixel (each group's second pixel takes the mean of its chroma and the next
+// group's), then converted to 32-bit in single precision.
 #include <algorithm>
 #include <cstring>
 
@@ -15,23 +16,6 @@ namespace qbo {
 namespace {
 
 inline std::size_t Count(int64_t n) { return static_cast<std::size_t>(n); }
-
-// Group k of the accumulator (Y0, U, Y1, V) gives pixels 2k = (Y0, U, V, Y0)
-// and 2k + 1 = (Y1, U', V', Y1), U' and V' the mean of its chroma and the
-// next group's; the last group keeps its own chroma for both pixels.
-void ExpandGroups(const float* acc, int64_t groups, float* quads) {
-  for (int64_t g = 0; g < groups; ++g, acc += 4, quads += 8) {
-    const float* next = g + 1 < groups ? acc + 4 : acc;
-    quads[0] = acc[0];
-    quads[1] = acc[1];
-    quads[2] = acc[3];
-    quads[3] = acc[0];
-    quads[4] = acc[2];
-    quads[5] = (acc[1] + next[1]) * 0.5f;
-    quads[6] = (acc[3] + next[3]) * 0.5f;
-    quads[7] = acc[2];
-  }
-}
 
 int32_t YuyvMeanStretch(uint8_t* dst, int32_t dst_pitch, int32_t dst_x, int32_t dst_y,
                         int32_t width, int32_t height, int32_t dst_width, int32_t dst_height,
@@ -105,7 +89,7 @@ int32_t YuyvMeanStretch(uint8_t* dst, int32_t dst_pitch, int32_t dst_x, int32_t 
     }
     k.mean_vert(acc, row_ptrs, used, row_w[2 * j], row_w[2 * j + 1], norm_y, 0,
                 Count(groups) * 4);
-    ExpandGroups(acc, groups, quads);
+    k.yuyv_expand(quads, acc, Count(groups));
     for (int64_t q = pixels; q < quad_count; ++q) {
       std::memcpy(quads + 4 * q, quads + 4 * (pixels - 1), 16);
     }

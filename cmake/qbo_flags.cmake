@@ -7,6 +7,20 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32)
   add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
 endif()
 
+set(QBO_WIN_X86 OFF)
+if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+  set(QBO_WIN_X86 ON)
+  # SSE2 is the library's x86 baseline, and x87 arithmetic would carry excess
+  # precision into the float rows, rounding them differently from the SIMD
+  # rows. 32-bit Windows callers keep esp only 4-byte aligned, so every
+  # function that needs an aligned stack slot realigns its own frame.
+  add_compile_options(-msse2 -mfpmath=sse -mincoming-stack-boundary=2)
+endif()
+if(WIN32)
+  # No runtime DLL has to travel with the library or the test programs.
+  add_link_options(-static -static-libgcc -static-libstdc++)
+endif()
+
 if(QBO_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)

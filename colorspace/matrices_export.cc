@@ -33,8 +33,7 @@ QBO_API const float* QBO_CALLEE QN_CS_GetMatYUVA2RGBA(int32_t standard) {
   return qbo::Select(standard, qbo::kYuvaToRgba709, qbo::kYuvaToRgba601);
 }
 
-QBO_API float QBO_CALLEE QN_CS_GetMatYUVA2RGBA_Cell(int32_t row, int32_t column,
-                                                    int32_t standard) {
+QBO_API float QBO_CALLEE QN_CS_GetMatYUVA2RGBA_Cell(int32_t row, int32_t column, int32_t standard) {
   return qbo::Cell(QN_CS_GetMatYUVA2RGBA(standard), row, column);
 }
 
@@ -42,8 +41,7 @@ QBO_API const float* QBO_CALLEE QN_CS_GetMatRGBA2YUVA(int32_t standard) {
   return qbo::Select(standard, qbo::kRgbaToYuva709, qbo::kRgbaToYuva601);
 }
 
-QBO_API float QBO_CALLEE QN_CS_GetMatRGBA2YUVA_Cell(int32_t row, int32_t column,
-                                                    int32_t standard) {
+QBO_API float QBO_CALLEE QN_CS_GetMatRGBA2YUVA_Cell(int32_t row, int32_t column, int32_t standard) {
   return qbo::Cell(QN_CS_GetMatRGBA2YUVA(standard), row, column);
 }
 

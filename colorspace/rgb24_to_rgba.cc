@@ -1,8 +1,8 @@
 // 24-bit pixels to 32-bit pixels with alpha from an optional alpha plane:
 // one frame, or rows split alternately into two destinations.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <algorithm>
 #include <cstdlib>
 
 #include "QuillonBufferOperaU.h"
@@ -41,9 +41,9 @@ uint8_t* RowOf(void* base, int32_t pitch, int32_t row) {
 
 // VelaVid's Convert24To32Split: eleven word-sized arguments.
 using Convert24To32SplitEntry = intptr_t (*)(intptr_t dst0, intptr_t dst_pitch0, intptr_t dst1,
-                                             intptr_t dst_pitch1, intptr_t src,
-                                             intptr_t src_pitch, intptr_t width, intptr_t height,
-                                             intptr_t zero, intptr_t alpha, intptr_t flip);
+                                             intptr_t dst_pitch1, intptr_t src, intptr_t src_pitch,
+                                             intptr_t width, intptr_t height, intptr_t zero,
+                                             intptr_t alpha, intptr_t flip);
 
 }  // namespace
 }  // namespace qbo
@@ -72,12 +72,11 @@ QBO_API void QBO_CALLEE ZQCS_24_to_32_Frame(void* dst, int32_t dst_pitch, const 
 #endif
 
 QBO_API void QBO_CALLEE QN_CS_24_to_32_Split(void* dst0, int32_t dst_pitch0, void* dst1,
-                                             int32_t dst_pitch1, const void* src,
-                                             int32_t src_pitch, const void* alpha,
-                                             int32_t alpha_pitch, int32_t width, int32_t height,
-                                             int32_t flip, int32_t alpha_flip) {
-  if (auto entry = qbo::VelaVidConvertEntry<qbo::Convert24To32SplitEntry>(
-          qbo::kConvert24To32SplitEntry)) {
+                                             int32_t dst_pitch1, const void* src, int32_t src_pitch,
+                                             const void* alpha, int32_t alpha_pitch, int32_t width,
+                                             int32_t height, int32_t flip, int32_t alpha_flip) {
+  if (auto entry =
+          qbo::VelaVidConvertEntry<qbo::Convert24To32SplitEntry>(qbo::kConvert24To32SplitEntry)) {
     // The entry takes no alpha plane: with it present the plane goes unused.
     entry(reinterpret_cast<intptr_t>(dst0), dst_pitch0, reinterpret_cast<intptr_t>(dst1),
           dst_pitch1, reinterpret_cast<intptr_t>(src), src_pitch, width, height, 0, 255,

@@ -22,7 +22,7 @@ namespace qbo {
 using Rgb24ToRgbaRowFn = void (*)(const uint8_t* src, const uint8_t* alpha, uint8_t* dst,
                                   int width);
 
-#define QBO_DECLARE_RGB24_ROWS(Name)                                                        \
+#define QBO_DECLARE_RGB24_ROWS(Name)                                                       \
   void Name##_C(const uint8_t* src, const uint8_t* alpha, uint8_t* dst, int width);        \
   void Name##_SSE2(const uint8_t* src, const uint8_t* alpha, uint8_t* dst, int width);     \
   void Name##_AVX2(const uint8_t* src, const uint8_t* alpha, uint8_t* dst, int width);     \

@@ -9,9 +9,8 @@ namespace {
 // 0-11, the high half loads bytes 8-23 and spreads its bytes 4-15, so no
 // byte past the 24 is read. Byte 3 of each pixel comes out 0.
 __m256i Spread8(const uint8_t* src) {
-  const __m256i bytes =
-      _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(src + 8),
-                          reinterpret_cast<const __m128i*>(src));
+  const __m256i bytes = _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(src + 8),
+                                            reinterpret_cast<const __m128i*>(src));
   const __m256i spread = _mm256_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1,  //
                                           4, 5, 6, -1, 7, 8, 9, -1, 10, 11, 12, -1, 13, 14, 15, -1);
   return _mm256_shuffle_epi8(bytes, spread);

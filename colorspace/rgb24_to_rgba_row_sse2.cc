@@ -45,9 +45,8 @@ void Rgb24AlphaToRgbaRow_SSE2(const uint8_t* src, const uint8_t* alpha, uint8_t*
     const __m128i a_lo = _mm_unpacklo_epi8(zero, a), a_hi = _mm_unpackhi_epi8(zero, a);
     const __m128i shifted[4] = {_mm_unpacklo_epi16(zero, a_lo), _mm_unpackhi_epi16(zero, a_lo),
                                 _mm_unpacklo_epi16(zero, a_hi), _mm_unpackhi_epi16(zero, a_hi)};
-    Expand16(src, dst, [&](__m128i px, int i) {
-      return _mm_or_si128(_mm_and_si128(px, rgb), shifted[i]);
-    });
+    Expand16(src, dst,
+             [&](__m128i px, int i) { return _mm_or_si128(_mm_and_si128(px, rgb), shifted[i]); });
   }
 }
 

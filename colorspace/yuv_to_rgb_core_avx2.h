@@ -42,16 +42,21 @@ inline void PixelChroma_AVX2(__m256i c, __m256i c_next, __m256i* du, __m256i* dv
   *dv = _mm256_blend_epi16(_mm256_srli_epi32(even, 16), odd, 0xAA);
 }
 
-inline void YuvToRgbChannels_AVX2(__m256i y, __m256i du, __m256i dv,
-                                  const YuvToRgbRegs_AVX2& k, __m256i* r, __m256i* g,
-                                  __m256i* b) {
-  const __m256i base = _mm256_add_epi16(_mm256_slli_epi16(y, 5), _mm256_set1_epi16(kHalfAt32));
-  *r = _mm256_srai_epi16(_mm256_adds_epi16(base, _mm256_mulhi_epi16(dv, k.r_from_v)), 5);
-  *g = _mm256_srai_epi16(
-      _mm256_adds_epi16(_mm256_adds_epi16(base, _mm256_mulhi_epi16(du, k.g_from_u)),
-                        _mm256_mulhi_epi16(dv, k.g_from_v)),
-      5);
-  *b = _mm256_srai_epi16(_mm256_adds_epi16(base, _mm256_mulhi_epi16(du, k.b_from_u)), 5);
+// The sums are never formed: for a sum 32 Y + T + 16 with T the channel's
+// truncated terms, floor(sum / 32) = Y + floor((T + 16) / 32), and
+// pmulhrsw(T, 1024) = floor((T * 1024 + 2^14) / 2^15) = floor((T + 16) / 32)
+// exactly. That moves the rounding shift from the shift ports to the
+// multipliers, which this kernel keeps less busy.
+inline void YuvToRgbChannels_AVX2(__m256i y, __m256i du, __m256i dv, const YuvToRgbRegs_AVX2& k,
+                                  __m256i* r, __m256i* g, __m256i* b) {
+  const __m256i round_shift5 = _mm256_set1_epi16(1024);
+  const __m256i tr = _mm256_mulhi_epi16(dv, k.r_from_v);
+  const __m256i tg =
+      _mm256_adds_epi16(_mm256_mulhi_epi16(du, k.g_from_u), _mm256_mulhi_epi16(dv, k.g_from_v));
+  const __m256i tb = _mm256_mulhi_epi16(du, k.b_from_u);
+  *r = _mm256_add_epi16(y, _mm256_mulhrs_epi16(tr, round_shift5));
+  *g = _mm256_add_epi16(y, _mm256_mulhrs_epi16(tg, round_shift5));
+  *b = _mm256_add_epi16(y, _mm256_mulhrs_epi16(tb, round_shift5));
 }
 
 template <bool kBgra>

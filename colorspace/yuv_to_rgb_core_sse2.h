@@ -52,9 +52,8 @@ inline void PixelChroma_SSE2(__m128i c, __m128i c_next, __m128i* du, __m128i* dv
   *dv = _mm_or_si128(_mm_srli_epi32(even, 16), _mm_andnot_si128(low_half, odd));
 }
 
-inline void YuvToRgbChannels_SSE2(__m128i y, __m128i du, __m128i dv,
-                                  const YuvToRgbRegs_SSE2& k, __m128i* r, __m128i* g,
-                                  __m128i* b) {
+inline void YuvToRgbChannels_SSE2(__m128i y, __m128i du, __m128i dv, const YuvToRgbRegs_SSE2& k,
+                                  __m128i* r, __m128i* g, __m128i* b) {
   // pmulhw is floor(a * b / 65536): exactly one truncated term.
   const __m128i base = _mm_add_epi16(_mm_slli_epi16(y, 5), _mm_set1_epi16(kHalfAt32));
   *r = _mm_srai_epi16(_mm_adds_epi16(base, _mm_mulhi_epi16(dv, k.r_from_v)), 5);

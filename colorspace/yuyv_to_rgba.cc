@@ -81,18 +81,18 @@ QBO_API int32_t QBO_CALLEE QN_CS_YUYV2BGRA_Frame(void* dst, int32_t dst_pitch, c
 
 QBO_API void QBO_CALLEE QN_CS_YUYV2RGBA_Compose(void* dst, int32_t dst_pitch, const void* field0,
                                                 int32_t field0_pitch, const void* field1,
-                                                int32_t field1_pitch, int32_t width,
-                                                int32_t height, int32_t bt709, int32_t flip) {
-  qbo::ConvertYuyvRows(Kernels().colorspace.yuyv_to_rgba_row, dst, dst_pitch, field0,
-                       field0_pitch, field1, field1_pitch, width, height, bt709, flip);
+                                                int32_t field1_pitch, int32_t width, int32_t height,
+                                                int32_t bt709, int32_t flip) {
+  qbo::ConvertYuyvRows(Kernels().colorspace.yuyv_to_rgba_row, dst, dst_pitch, field0, field0_pitch,
+                       field1, field1_pitch, width, height, bt709, flip);
 }
 
 QBO_API void QBO_CALLEE QN_CS_YUYV2BGRA_Compose(void* dst, int32_t dst_pitch, const void* field0,
                                                 int32_t field0_pitch, const void* field1,
-                                                int32_t field1_pitch, int32_t width,
-                                                int32_t height, int32_t bt709, int32_t flip) {
-  qbo::ConvertYuyvRows(Kernels().colorspace.yuyv_to_bgra_row, dst, dst_pitch, field0,
-                       field0_pitch, field1, field1_pitch, width, height, bt709, flip);
+                                                int32_t field1_pitch, int32_t width, int32_t height,
+                                                int32_t bt709, int32_t flip) {
+  qbo::ConvertYuyvRows(Kernels().colorspace.yuyv_to_bgra_row, dst, dst_pitch, field0, field0_pitch,
+                       field1, field1_pitch, width, height, bt709, flip);
 }
 
 QBO_API int32_t QBO_CALLEE QN_CS_YUYV2RGB_Frame(void* dst, int32_t dst_pitch, const void* src,

@@ -25,12 +25,11 @@ namespace qbo {
 using YuyvToPixelsRowFn = void (*)(const uint8_t* src, uint8_t* dst, int width,
                                    const YuvToRgbVectors* vectors);
 
-#define QBO_DECLARE_YUYV_ROWS(Name)                                                       \
-  void Name##_C(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v);  \
-  void Name##_SSE2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v); \
-  void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v); \
-  void Name##_Any_SSE2(const uint8_t* src, uint8_t* dst, int width,                       \
-                       const YuvToRgbVectors* v);                                         \
+#define QBO_DECLARE_YUYV_ROWS(Name)                                                            \
+  void Name##_C(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v);        \
+  void Name##_SSE2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v);     \
+  void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v);     \
+  void Name##_Any_SSE2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v); \
   void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v)
 
 QBO_DECLARE_YUYV_ROWS(YuyvToRgbaRow);

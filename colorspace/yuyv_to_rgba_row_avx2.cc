@@ -7,23 +7,46 @@
 namespace qbo {
 namespace {
 
-__m256i Load(const uint8_t* p) {
-  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
-}
+__m256i Load(const uint8_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
 void Store(uint8_t* p, __m256i v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
 
-// Sixteen pixels from 32 YUYV bytes `s` and the same bytes one pair on;
-// see PixelsOf8 of the SSE2 rows.
-void PixelsOf16(__m256i s, __m256i s_next, const YuvToRgbRegs_AVX2& k, __m256i* r, __m256i* g,
-                __m256i* b) {
-  __m256i du, dv;
-  PixelChroma_AVX2(_mm256_srli_epi16(s, 8), _mm256_srli_epi16(s_next, 8), &du, &dv);
+// Scaled chroma of sixteen pixels straight from the YUYV bytes. With
+// s = the block, s2 = the block one pixel on, s4 = one pair on, pair k's
+// dword is   s: Y U_k Y V_k   s2: Y V_k Y U_k+1   s4: Y U_k+1 Y V_k+1.
+// Word blends give  Y U_k Y U_k+1  and  Y V_k Y V_k+1;  a byte shuffle makes
+// each pixel's 16-bit lane the two samples it averages (U_k U_k for the
+// even pixel, U_k U_k+1 for the odd one), and pmaddubsw with 64, 64 on the
+// samples minus 128 (xor 0x80 makes them signed) yields 128 (U - 128) and
+// 64 ((U - 128) + (Un - 128)) directly, at most 16256 in size.
+void ChromaOf16(__m256i s, __m256i s2, __m256i s4, __m256i* du, __m256i* dv) {
+  const __m256i pick = _mm256_setr_epi8(1, 1, 1, 3, 5, 5, 5, 7, 9, 9, 9, 11, 13, 13, 13, 15,  //
+                                        1, 1, 1, 3, 5, 5, 5, 7, 9, 9, 9, 11, 13, 13, 13, 15);
+  const __m256i bias = _mm256_set1_epi8(static_cast<char>(0x80));
+  const __m256i weights = _mm256_set1_epi8(64);
+  const __m256i u =
+      _mm256_xor_si256(_mm256_shuffle_epi8(_mm256_blend_epi16(s, s2, 0xAA), pick), bias);
+  const __m256i v =
+      _mm256_xor_si256(_mm256_shuffle_epi8(_mm256_blend_epi16(s2, s4, 0xAA), pick), bias);
+  *du = _mm256_maddubs_epi16(weights, u);
+  *dv = _mm256_maddubs_epi16(weights, v);
+}
+
+// Sixteen pixels from the block and its chroma.
+void PixelsOf16(__m256i s, __m256i du, __m256i dv, const YuvToRgbRegs_AVX2& k, __m256i* r,
+                __m256i* g, __m256i* b) {
   YuvToRgbChannels_AVX2(_mm256_and_si256(s, _mm256_set1_epi16(0x00FF)), du, dv, k, r, g, b);
 }
 
-// The block that ends a row: pairs 1..7 then pair 7 again as the next pairs.
-__m256i OnePairOn(__m256i s) {
-  return _mm256_permutevar8x32_epi32(s, _mm256_setr_epi32(1, 2, 3, 4, 5, 6, 7, 7));
+// The block that ends a row: its bytes from one pixel and one pair on, with
+// the last pair standing in for the missing next pair (its Y bytes are
+// never used).
+void ShiftedLast(__m256i s, __m256i* s2, __m256i* s4) {
+  *s4 = _mm256_permutevar8x32_epi32(s, _mm256_setr_epi32(1, 2, 3, 4, 5, 6, 7, 7));
+  // alignr shifts each half by two bytes, taking the two bytes that enter
+  // from dword 4 (low half) and from the last dword, Y U of the last pair.
+  const __m256i entering =
+      _mm256_permutevar8x32_epi32(s, _mm256_setr_epi32(4, 7, 7, 7, 7, 7, 7, 7));
+  *s2 = _mm256_alignr_epi8(entering, s, 2);
 }
 
 template <bool kBgra>
@@ -32,17 +55,22 @@ struct Yuyv32Block {
   static constexpr int kDstBytesPerPixel = 4;
   YuvToRgbRegs_AVX2 k;
 
-  void Convert(__m256i s, __m256i s_next, uint8_t* dst) const {
-    __m256i r, g, b, first, second;
-    PixelsOf16(s, s_next, k, &r, &g, &b);
+  void Convert(__m256i s, __m256i s2, __m256i s4, uint8_t* dst) const {
+    __m256i du, dv, r, g, b, first, second;
+    ChromaOf16(s, s2, s4, &du, &dv);
+    PixelsOf16(s, du, dv, k, &r, &g, &b);
     PackOpaquePixels_AVX2<kBgra>(r, g, b, &first, &second);
     Store(dst, first);
     Store(dst + 32, second);
   }
-  void Middle(const uint8_t* src, uint8_t* dst) const { Convert(Load(src), Load(src + 4), dst); }
+  void Middle(const uint8_t* src, uint8_t* dst) const {
+    Convert(Load(src), Load(src + 2), Load(src + 4), dst);
+  }
   void Last(const uint8_t* src, uint8_t* dst) const {
     const __m256i s = Load(src);
-    Convert(s, OnePairOn(s), dst);
+    __m256i s2, s4;
+    ShiftedLast(s, &s2, &s4);
+    Convert(s, s2, s4, dst);
   }
 };
 
@@ -62,29 +90,33 @@ struct Yuyv24Block {
   static constexpr int kDstBytesPerPixel = 3;
   YuvToRgbRegs_AVX2 k;
 
-  void Convert(__m256i s, __m256i s_next, uint8_t* dst) const {
-    __m256i r, g, b, first, second;
-    PixelsOf16(s, s_next, k, &r, &g, &b);
+  void Convert(__m256i s, __m256i s2, __m256i s4, uint8_t* dst) const {
+    __m256i du, dv, r, g, b, first, second;
+    ChromaOf16(s, s2, s4, &du, &dv);
+    PixelsOf16(s, du, dv, k, &r, &g, &b);
     PackOpaquePixels_AVX2<false>(r, g, b, &first, &second);
     StoreWithoutAlpha(dst, first);
     StoreWithoutAlpha(dst + 24, second);
   }
-  void Middle(const uint8_t* src, uint8_t* dst) const { Convert(Load(src), Load(src + 4), dst); }
+  void Middle(const uint8_t* src, uint8_t* dst) const {
+    Convert(Load(src), Load(src + 2), Load(src + 4), dst);
+  }
   void Last(const uint8_t* src, uint8_t* dst) const {
     const __m256i s = Load(src);
-    Convert(s, OnePairOn(s), dst);
+    __m256i s2, s4;
+    ShiftedLast(s, &s2, &s4);
+    Convert(s, s2, s4, dst);
   }
 };
 
 }  // namespace
 
-#define QBO_DEFINE_YUYV_ROWS_AVX2(Name, Block)                                               \
-  void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {  \
-    ConvertYuyvBlocks(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                    \
-  }                                                                                          \
-  void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width,                          \
-                       const YuvToRgbVectors* v) {                                           \
-    ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                    \
+#define QBO_DEFINE_YUYV_ROWS_AVX2(Name, Block)                                                  \
+  void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {     \
+    ConvertYuyvBlocks(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                       \
+  }                                                                                             \
+  void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) { \
+    ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                       \
   }
 
 QBO_DEFINE_YUYV_ROWS_AVX2(YuyvToRgbaRow, Yuyv32Block<false>)

@@ -21,11 +21,13 @@ void YuyvRowReference(const uint8_t* src, int width, const YuvToRgbVectors& v, S
 }  // namespace
 
 void YuyvToRgbaRow_C(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {
-  YuyvRowReference(src, width, *v, [dst](int i, Rgb8 p) { StoreOpaquePixel<false>(dst + 4 * i, p); });
+  YuyvRowReference(src, width, *v,
+                   [dst](int i, Rgb8 p) { StoreOpaquePixel<false>(dst + 4 * i, p); });
 }
 
 void YuyvToBgraRow_C(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {
-  YuyvRowReference(src, width, *v, [dst](int i, Rgb8 p) { StoreOpaquePixel<true>(dst + 4 * i, p); });
+  YuyvRowReference(src, width, *v,
+                   [dst](int i, Rgb8 p) { StoreOpaquePixel<true>(dst + 4 * i, p); });
 }
 
 void YuyvToRgb24Row_C(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {

@@ -48,8 +48,8 @@ __m128i DropAlpha(__m128i px) {
   const __m128i low_dword = _mm_set_epi32(0, -1, 0, -1);
   const __m128i rgb = _mm_and_si128(px, _mm_set1_epi32(0x00FFFFFF));
   // Per qword: pixel 0 in bytes 0-2, pixel 1 moved from bytes 4-6 to 3-5.
-  const __m128i qwords =
-      _mm_or_si128(_mm_and_si128(rgb, low_dword), _mm_srli_epi64(_mm_andnot_si128(low_dword, rgb), 8));
+  const __m128i qwords = _mm_or_si128(_mm_and_si128(rgb, low_dword),
+                                      _mm_srli_epi64(_mm_andnot_si128(low_dword, rgb), 8));
   // Upper qword's six bytes moved from bytes 8-13 to 6-11.
   const __m128i low_qword = _mm_set_epi32(0, 0, -1, -1);
   return _mm_or_si128(_mm_and_si128(qwords, low_qword),
@@ -78,13 +78,12 @@ struct Yuyv24Block {
 
 }  // namespace
 
-#define QBO_DEFINE_YUYV_ROWS_SSE2(Name, Block)                                               \
-  void Name##_SSE2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {  \
-    ConvertYuyvBlocks(Block{LoadYuvToRgbRegs_SSE2(*v)}, src, dst, width);                    \
-  }                                                                                          \
-  void Name##_Any_SSE2(const uint8_t* src, uint8_t* dst, int width,                          \
-                       const YuvToRgbVectors* v) {                                           \
-    ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_SSE2(*v)}, src, dst, width);                    \
+#define QBO_DEFINE_YUYV_ROWS_SSE2(Name, Block)                                                  \
+  void Name##_SSE2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {     \
+    ConvertYuyvBlocks(Block{LoadYuvToRgbRegs_SSE2(*v)}, src, dst, width);                       \
+  }                                                                                             \
+  void Name##_Any_SSE2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) { \
+    ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_SSE2(*v)}, src, dst, width);                       \
   }
 
 QBO_DEFINE_YUYV_ROWS_SSE2(YuyvToRgbaRow, Yuyv32Block<false>)

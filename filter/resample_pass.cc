@@ -26,13 +26,14 @@ Position At(const ResampleKernel& k, int64_t index, int64_t step) {
 // Vertical first: each output row is the column pass of the source into one
 // line of the source width, at once carried through the line pass into the
 // destination, so the intermediate stays one line long and in cache.
-void VerticalThenHorizontal(const ResampleJob& job, uint8_t* line, ResampleRowVFn column,
-                            ResampleRowHFn across) {
+void VerticalThenHorizontal(const ResampleJob& job, uint8_t* line, ResampleSite* sites,
+                            ResampleRowVFn column, ResampleRowHFn across) {
   ResampleKernel kv, kh;
   BuildResampleKernel(&kv, job.taps, job.dst_height, job.src_height);
   BuildResampleKernel(&kh, job.taps, job.dst_width, job.src_width);
   const ResampleLineParams line_params{&kh, ResampleStep(job.src_width, job.dst_width),
-                                       job.src_width};
+                                       job.src_width, sites};
+  BuildResampleSites(&line_params, job.dst_width, sites);
   const int64_t step = ResampleStep(job.src_height, job.dst_height);
   ResampleColumnTaps taps{};
   for (int32_t i = 0; i < job.dst_height; ++i) {
@@ -51,13 +52,14 @@ void VerticalThenHorizontal(const ResampleJob& job, uint8_t* line, ResampleRowVF
 // ring of `taps` lines (row r in slot r % taps); a window of taps
 // consecutive rows never puts two rows in one slot. Rows no output reads are
 // never filtered.
-void HorizontalThenVertical(const ResampleJob& job, uint8_t* ring, ResampleRowVFn column,
-                            ResampleRowHFn across) {
+void HorizontalThenVertical(const ResampleJob& job, uint8_t* ring, ResampleSite* sites,
+                            ResampleRowVFn column, ResampleRowHFn across) {
   ResampleKernel kv, kh;
   BuildResampleKernel(&kh, job.taps, job.dst_width, job.src_width);
   BuildResampleKernel(&kv, job.taps, job.dst_height, job.src_height);
   const ResampleLineParams line_params{&kh, ResampleStep(job.src_width, job.dst_width),
-                                       job.src_width};
+                                       job.src_width, sites};
+  BuildResampleSites(&line_params, job.dst_width, sites);
   const int64_t step = ResampleStep(job.src_height, job.dst_height);
   const int64_t line_bytes = static_cast<int64_t>(job.dst_width) * 4;
   int64_t held[kMaxResampleTaps];
@@ -93,16 +95,20 @@ ResampleOutcome RunResample(const ResampleJob& job) {
   const FilterKernels& k = Kernels().filter;
   const ResampleRowVFn column = job.taps == 4 ? k.resample_v4 : k.resample_v8;
   const ResampleRowHFn across = job.taps == 4 ? k.resample_h4 : k.resample_h8;
-  const std::size_t bytes =
+  // The intermediate line(s), then the sites of the line pass.
+  const std::size_t line_bytes =
       job.vertical_first ? static_cast<std::size_t>(job.src_width) * 4
                          : static_cast<std::size_t>(job.dst_width) * 4 * job.taps;
+  const std::size_t sites_offset = (line_bytes + 63) & ~std::size_t{63};
+  const std::size_t bytes = sites_offset + sizeof(ResampleSite) * job.dst_width;
   Platform& platform = CurrentPlatform();
   auto* temp = static_cast<uint8_t*>(platform.AllocPages(bytes));
   if (!temp) return ResampleOutcome::kNoMemory;
+  auto* sites = reinterpret_cast<ResampleSite*>(temp + sites_offset);
   if (job.vertical_first) {
-    VerticalThenHorizontal(job, temp, column, across);
+    VerticalThenHorizontal(job, temp, sites, column, across);
   } else {
-    HorizontalThenVertical(job, temp, column, across);
+    HorizontalThenVertical(job, temp, sites, column, across);
   }
   return platform.FreePages(temp) ? ResampleOutcome::kDone : ResampleOutcome::kDoneNoFree;
 }

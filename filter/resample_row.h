@@ -14,7 +14,9 @@
 //     width - 1 of a horizontal pass; `dst` points at output pixel x0, `src`
 //     at the first sample of the source line of p->src_len pixels. Output j
 //     samples the line at j * p->step (16.16); taps are clamped to the line,
-//     so only src[0 .. src_len) is read. dst must not overlap src.
+//     so only src[0 .. src_len) is read. dst must not overlap src. The
+//     reference row works positions out itself; the SIMD rows read them
+//     from p->sites (BuildResampleSites), which must cover x0 + width.
 //     The _SSE2/_AVX2 rows cover every output themselves: the outputs whose
 //     taps reach past either end of the line, and the last outputs that do
 //     not fill a whole block, go through the reference row.
@@ -51,10 +53,20 @@ struct ResampleKernel {
   }
 };
 
+// Where output j's taps start and which phase weighs them: the first tap's
+// sample index (n - centre, before clamping) and the phase's offset in
+// kernel->lanes, in 16-bit lanes. Every line of a pass shares them, so the
+// driver works them out once.
+struct ResampleSite {
+  int32_t first;
+  int32_t lanes;
+};
+
 struct ResampleLineParams {
   const ResampleKernel* kernel;
-  int64_t step;     // 16.16 source distance between two outputs
-  int32_t src_len;  // samples in the source line, at least 1
+  int64_t step;               // 16.16 source distance between two outputs
+  int32_t src_len;            // samples in the source line, at least 1
+  const ResampleSite* sites;  // sites[j] for every output j of the pass
 };
 
 struct ResampleColumnTaps {
@@ -95,6 +107,9 @@ void BuildResampleKernel(ResampleKernel* k, int taps, int32_t dst_size, int32_t 
 inline int64_t ResampleStep(int32_t src_size, int32_t dst_size) {
   return (static_cast<int64_t>(src_size) << 16) / dst_size + 1;
 }
+
+// sites[j] for outputs j = 0 .. count - 1 of a pass with p's step.
+void BuildResampleSites(const ResampleLineParams* p, int32_t count, ResampleSite* sites);
 
 // The outputs [*lo, *hi) of [x0, x0 + width) whose taps all fall inside the
 // line, so a row may read them without clamping.

@@ -17,23 +17,25 @@ struct TapSite {
 };
 
 inline TapSite SiteOf(const uint8_t* src, int64_t j, const ResampleLineParams* p) {
-  const ResampleKernel& k = *p->kernel;
-  const int64_t pos = j * p->step;
-  const int phase = static_cast<int>((pos & 0xFFFF) >> k.phase_shift);
-  return {src + ((pos >> 16) - k.centre) * 4, k.phase_lanes(phase)};
+  const ResampleSite site = p->sites[j];
+  return {src + static_cast<int64_t>(site.first) * 4,
+          reinterpret_cast<const int16_t*>(p->kernel->lanes) + site.lanes};
 }
 
 // block(dst_of_j, src, j, p) writes kBlock outputs starting at output j.
+// The outputs before the interior go through `head` (the reference row);
+// those after the last whole block through `tail`, a narrower row of the
+// same contract.
 template <int kBlock, typename BlockFn>
 inline void ResampleRowAny(uint8_t* dst, const uint8_t* src, int32_t x0, int32_t width,
-                           const ResampleLineParams* p, ResampleRowHFn reference,
+                           const ResampleLineParams* p, ResampleRowHFn head, ResampleRowHFn tail,
                            BlockFn block) {
   int32_t lo, hi;
   ResampleInteriorRange(p, x0, width, &lo, &hi);
   hi = lo + (hi - lo) / kBlock * kBlock;
-  reference(dst, src, x0, lo - x0, p);
+  head(dst, src, x0, lo - x0, p);
   for (int32_t j = lo; j < hi; j += kBlock) block(dst + (j - x0) * 4, src, j, p);
-  reference(dst + (hi - x0) * 4, src, hi, x0 + width - hi, p);
+  tail(dst + (hi - x0) * 4, src, hi, x0 + width - hi, p);
 }
 
 }  // namespace qbo

@@ -40,7 +40,7 @@ inline __m256i Finish(__m256i sum) {
 }
 
 template <int kTaps>
-void Block8(uint8_t* dst, const uint8_t* src, int64_t j, const ResampleLineParams* p) {
+__attribute__((always_inline)) inline void Block8(uint8_t* dst, const uint8_t* src, int64_t j, const ResampleLineParams* p) {
   __m256i r[8];
   for (int i = 0; i < 8; ++i) {
     const TapSite site = SiteOf(src, j + i, p);
@@ -79,11 +79,17 @@ void ColumnRow(uint8_t* dst, const ResampleColumnTaps* taps, int32_t bytes,
 
 void ResampleRowH4_AVX2(uint8_t* dst, const uint8_t* src, int32_t x0, int32_t width,
                         const ResampleLineParams* p) {
-  ResampleRowAny<8>(dst, src, x0, width, p, ResampleRowH4_C, Block8<4>);
+  ResampleRowAny<8>(dst, src, x0, width, p, ResampleRowH4_C, ResampleRowH4_SSE2,
+                    [](uint8_t* d, const uint8_t* s, int64_t j, const ResampleLineParams* q) {
+                      Block8<4>(d, s, j, q);
+                    });
 }
 void ResampleRowH8_AVX2(uint8_t* dst, const uint8_t* src, int32_t x0, int32_t width,
                         const ResampleLineParams* p) {
-  ResampleRowAny<8>(dst, src, x0, width, p, ResampleRowH8_C, Block8<8>);
+  ResampleRowAny<8>(dst, src, x0, width, p, ResampleRowH8_C, ResampleRowH8_SSE2,
+                    [](uint8_t* d, const uint8_t* s, int64_t j, const ResampleLineParams* q) {
+                      Block8<8>(d, s, j, q);
+                    });
 }
 void ResampleRowV4_AVX2(uint8_t* dst, const ResampleColumnTaps* taps, int32_t bytes) {
   ColumnRow<4>(dst, taps, bytes, ResampleRowV4_SSE2);

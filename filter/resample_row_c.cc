@@ -125,6 +125,15 @@ void BuildResampleKernel(ResampleKernel* k, int taps, int32_t dst_size, int32_t 
   }
 }
 
+void BuildResampleSites(const ResampleLineParams* p, int32_t count, ResampleSite* sites) {
+  const ResampleKernel& k = *p->kernel;
+  int64_t pos = 0;
+  for (int32_t j = 0; j < count; ++j, pos += p->step) {
+    const int phase = static_cast<int>((pos & 0xFFFF) >> k.phase_shift);
+    sites[j] = {static_cast<int32_t>((pos >> 16) - k.centre), phase * k.taps * 4};
+  }
+}
+
 void ResampleInteriorRange(const ResampleLineParams* p, int32_t x0, int32_t width, int32_t* lo,
                            int32_t* hi) {
   const int64_t first = x0, end = static_cast<int64_t>(x0) + width;

@@ -37,7 +37,7 @@ inline __m128i Finish(__m128i sum) {
 }
 
 template <int kTaps>
-void Block4(uint8_t* dst, const uint8_t* src, int64_t j, const ResampleLineParams* p) {
+__attribute__((always_inline)) inline void Block4(uint8_t* dst, const uint8_t* src, int64_t j, const ResampleLineParams* p) {
   __m128i r[4];
   for (int i = 0; i < 4; ++i) {
     const TapSite site = SiteOf(src, j + i, p);
@@ -73,11 +73,17 @@ void ColumnRow(uint8_t* dst, const ResampleColumnTaps* taps, int32_t bytes,
 
 void ResampleRowH4_SSE2(uint8_t* dst, const uint8_t* src, int32_t x0, int32_t width,
                         const ResampleLineParams* p) {
-  ResampleRowAny<4>(dst, src, x0, width, p, ResampleRowH4_C, Block4<4>);
+  ResampleRowAny<4>(dst, src, x0, width, p, ResampleRowH4_C, ResampleRowH4_C,
+                    [](uint8_t* d, const uint8_t* s, int64_t j, const ResampleLineParams* q) {
+                      Block4<4>(d, s, j, q);
+                    });
 }
 void ResampleRowH8_SSE2(uint8_t* dst, const uint8_t* src, int32_t x0, int32_t width,
                         const ResampleLineParams* p) {
-  ResampleRowAny<4>(dst, src, x0, width, p, ResampleRowH8_C, Block4<8>);
+  ResampleRowAny<4>(dst, src, x0, width, p, ResampleRowH8_C, ResampleRowH8_C,
+                    [](uint8_t* d, const uint8_t* s, int64_t j, const ResampleLineParams* q) {
+                      Block4<8>(d, s, j, q);
+                    });
 }
 void ResampleRowV4_SSE2(uint8_t* dst, const ResampleColumnTaps* taps, int32_t bytes) {
   ColumnRow<4>(dst, taps, bytes, ResampleRowV4_C);

@@ -40,6 +40,19 @@ void YuyvMixAlphaRow_SSE2(uint8_t* dst, uint8_t* dst_alpha, const uint8_t* src,
 void YuyvMixAlphaRow_AVX2(uint8_t* dst, uint8_t* dst_alpha, const uint8_t* src,
                           const uint8_t* src_alpha, int32_t pairs, const int32_t* share);
 
+// The 16-bit weights of `pairs` YUYV pairs for the SIMD alpha-over rows,
+// four a pair in byte order Y0 U Y1 V: the first pixel's share, except for
+// Y1, which takes the second's.
+inline void SpreadShares(int16_t* w, const uint8_t* src_alpha, const uint8_t* dst_alpha,
+                         int pairs, const int32_t* share) {
+  for (int p = 0; p < pairs; ++p) {
+    const int32_t w0 = share[src_alpha[2 * p] * 256 + dst_alpha[2 * p]];
+    const int32_t w1 = share[src_alpha[2 * p + 1] * 256 + dst_alpha[2 * p + 1]];
+    w[4 * p] = w[4 * p + 1] = w[4 * p + 3] = static_cast<int16_t>(w0);
+    w[4 * p + 2] = static_cast<int16_t>(w1);
+  }
+}
+
 }  // namespace qbo
 
 #endif  // QBO_FILTER_YUYV_MIX_ROW_H_

@@ -1,6 +1,5 @@
-// AVX2 YUYV mixing rows, sixteen pixels (32 YUYV bytes) a step for the
-// opaque mix, eight for alpha over alpha, where vpgatherdd fetches the eight
-// shares at once. The arithmetic is the SSE2 rows'.
+// AVX2 YUYV mixing rows, sixteen pixels (32 YUYV bytes) a step. The
+// arithmetic is the SSE2 rows'.
 #include <immintrin.h>
 
 #include "filter/yuyv_mix_row.h"
@@ -10,9 +9,6 @@ namespace {
 
 inline __m256i Widen(const uint8_t* p) {
   return _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
-}
-inline __m128i Load8(const uint8_t* p) {
-  return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
 }
 // packus of one register with itself keeps [lo lane | hi lane] in qwords 0
 // and 2; bring them together.
@@ -43,36 +39,28 @@ void YuyvMixOpaqueRow_AVX2(uint8_t* dst, uint8_t* dst_alpha, const uint8_t* src,
   YuyvMixOpaqueRow_SSE2(dst + 4 * k, dst_alpha, src + 4 * k, src_alpha + 2 * k, pairs - k, share);
 }
 
+// The shares are looked up one pixel at a time (a gather is no faster for
+// 8-bit indices into a 256 KiB table), sixteen pixels a step.
 void YuyvMixAlphaRow_AVX2(uint8_t* dst, uint8_t* dst_alpha, const uint8_t* src,
                           const uint8_t* src_alpha, int32_t pairs, const int32_t* share) {
-  // Words of the eight shares for the 16 bytes Y0 U Y1 V of four pairs:
-  // pair p takes shares 2p, 2p, 2p+1, 2p (lower lane pairs 0-1, upper 2-3).
-  const __m256i spread = _mm256_setr_epi8(
-      0, 1, 0, 1, 2, 3, 0, 1, 4, 5, 4, 5, 6, 7, 4, 5,
-      8, 9, 8, 9, 10, 11, 8, 9, 12, 13, 12, 13, 14, 15, 12, 13);
   int32_t k = 0;
-  for (; k + 4 <= pairs; k += 4) {
-    const __m128i sa8 = Load8(src_alpha + 2 * k), da8 = Load8(dst_alpha + 2 * k);
-    const __m256i index = _mm256_or_si256(_mm256_slli_epi32(_mm256_cvtepu8_epi32(sa8), 8),
-                                          _mm256_cvtepu8_epi32(da8));
-    const __m256i w32 = _mm256_i32gather_epi32(share, index, 4);
-    // Shares are 0..32767, so the signed pack is exact.
-    const __m128i w16 = _mm_packs_epi32(_mm256_castsi256_si128(w32),
-                                        _mm256_extracti128_si256(w32, 1));
-    const __m256i w = _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(w16), spread);
-
-    const __m128i sa = _mm_unpacklo_epi8(sa8, _mm_setzero_si128());
-    const __m128i da = _mm_unpacklo_epi8(da8, _mm_setzero_si128());
-    const __m128i na = _mm_sub_epi16(_mm_add_epi16(da, sa),
-                                     _mm_srli_epi16(_mm_mullo_epi16(da, sa), 8));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(dst_alpha + 2 * k), _mm_packus_epi16(na, na));
-
-    const __m256i d = Widen(dst + 4 * k), s = Widen(src + 4 * k);
-    const __m256i mixed = _mm256_add_epi16(d, _mm256_mulhi_epi16(_mm256_sub_epi16(s, d), w));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 4 * k), Narrow(mixed));
+  for (; k + 8 <= pairs; k += 8) {
+    alignas(32) int16_t w[32];
+    SpreadShares(w, src_alpha + 2 * k, dst_alpha + 2 * k, 8, share);
+    const __m256i sa = Widen(src_alpha + 2 * k), da = Widen(dst_alpha + 2 * k);
+    const __m256i na = _mm256_sub_epi16(_mm256_add_epi16(da, sa),
+                                        _mm256_srli_epi16(_mm256_mullo_epi16(da, sa), 8));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst_alpha + 2 * k), Narrow(na));
+    for (int half = 0; half < 2; ++half) {
+      uint8_t* d8 = dst + 4 * k + 16 * half;
+      const __m256i d = Widen(d8), s = Widen(src + 4 * k + 16 * half);
+      const __m256i wv = _mm256_load_si256(reinterpret_cast<const __m256i*>(w + 16 * half));
+      const __m256i mixed = _mm256_add_epi16(d, _mm256_mulhi_epi16(_mm256_sub_epi16(s, d), wv));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(d8), Narrow(mixed));
+    }
   }
-  YuyvMixAlphaRow_C(dst + 4 * k, dst_alpha + 2 * k, src + 4 * k, src_alpha + 2 * k, pairs - k,
-                    share);
+  YuyvMixAlphaRow_SSE2(dst + 4 * k, dst_alpha + 2 * k, src + 4 * k, src_alpha + 2 * k, pairs - k,
+                       share);
 }
 
 }  // namespace qbo

@@ -51,13 +51,7 @@ void YuyvMixAlphaRow_SSE2(uint8_t* dst, uint8_t* dst_alpha, const uint8_t* src,
   int32_t k = 0;
   for (; k + 4 <= pairs; k += 4) {
     alignas(16) int16_t w[16];
-    for (int p = 0; p < 4; ++p) {
-      const int32_t w0 = share[src_alpha[2 * k + 2 * p] * 256 + dst_alpha[2 * k + 2 * p]];
-      const int32_t w1 = share[src_alpha[2 * k + 2 * p + 1] * 256 + dst_alpha[2 * k + 2 * p + 1]];
-      // Y0 U Y1 V: the first pixel's share, except for Y1.
-      w[4 * p] = w[4 * p + 1] = w[4 * p + 3] = static_cast<int16_t>(w0);
-      w[4 * p + 2] = static_cast<int16_t>(w1);
-    }
+    SpreadShares(w, src_alpha + 2 * k, dst_alpha + 2 * k, 4, share);
     const __m128i sa = _mm_unpacklo_epi8(Load8(src_alpha + 2 * k), zero);
     const __m128i da = _mm_unpacklo_epi8(Load8(dst_alpha + 2 * k), zero);
     const __m128i na = _mm_sub_epi16(_mm_add_epi16(da, sa),

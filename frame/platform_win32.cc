@@ -11,10 +11,10 @@
 namespace qbo {
 namespace {
 
-// GetModuleFileNameW and the search-path reads use the platform's path
-// limit and the 4,095-character limit of the loader's Path buffer.
+// The host path is read into a buffer of the platform's path limit; a
+// longer path is reported as unknown rather than cut, which would name
+// some other folder.
 constexpr DWORD kMaxPath = MAX_PATH;
-constexpr DWORD kMaxSearchPath = 4095;
 
 class Win32Platform final : public Platform {
  public:
@@ -39,22 +39,28 @@ class Win32Platform final : public Platform {
   }
 
   bool GetSearchPath(PathString* value) override {
-    wchar_t buf[kMaxSearchPath + 1];
-    DWORD n = GetEnvironmentVariableW(L"Path", buf, kMaxSearchPath + 1);
-    if (n == 0 || n > kMaxSearchPath) {
-      // Unset, or longer than the loader's buffer: read as empty, as a
-      // fixed buffer would.
-      value->clear();
-      return n != 0;
+    // The whole value, however long: the loader bounds what it writes back,
+    // and a value cut short here would lose the host's own folders.
+    value->clear();
+    DWORD size = GetEnvironmentVariableW(L"Path", nullptr, 0);
+    while (size != 0) {
+      value->resize(size);
+      const DWORD n = GetEnvironmentVariableW(L"Path", value->data(), size);
+      if (n < size) {
+        value->resize(n);
+        return true;
+      }
+      size = n;  // grew between the two reads
     }
-    value->assign(buf, n);
-    return true;
+    return GetLastError() != ERROR_ENVVAR_NOT_FOUND;
   }
 
   bool SetSearchPath(const PathString& value) override {
     return SetEnvironmentVariableW(L"Path", value.c_str()) != 0;
   }
 
+  // A search for exactly `path`: an entry must come back and carry the
+  // directory attribute.
   bool IsDirectory(const PathString& path) override {
     WIN32_FIND_DATAW data;
     HANDLE h = FindFirstFileW(path.c_str(), &data);
@@ -80,7 +86,7 @@ class Win32Platform final : public Platform {
   }
 
   void* AllocPages(std::size_t bytes) override {
-    return VirtualAlloc(nullptr, bytes, MEM_COMMIT, PAGE_EXECUTE_READWRITE);
+    return VirtualAlloc(nullptr, bytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
   }
 
   bool FreePages(void* pages) override {

@@ -149,7 +149,12 @@ QBO_API int32_t QBO_CALLEE QN_SubMask(void* dst, int32_t x, int32_t y, int32_t d
  *   (row); a one-pixel-wide (one-row) buffer repeats its pixel instead.
  * QN_StretchBlt_Mean: area mean; the same results, but 0 for an unknown
  *   mode. With field 1 starting on an odd row, the rows written average the
- *   same source areas as in a full-frame stretch.
+ *   same source areas as in a full-frame stretch. An area that reaches past
+ *   the source rectangle (a start with a fraction, rounding) reads the
+ *   buffer's next column, or repeats its last one at the buffer's edge; no
+ *   area reaches past the buffer.
+ * The stretches return 0, writing nothing, when their scratch memory cannot
+ * be had.
  */
 QBO_API int32_t QBO_CALLEE QN_BitBlt(void* dst, int32_t dstX, int32_t dstY, int32_t width,
                                     int32_t height, int32_t dstWidth, int32_t dstHeight,
@@ -235,22 +240,24 @@ QBO_API int32_t QBO_CALLEE QN_DwordBufferZoom(void* dst, int32_t dstX, int32_t d
  *
  * QN_Re4Sampling, QN_Re8Sampling: scale the whole image src (srcWidth x
  *   srcHeight, rows srcWidth pixels long) into dst (dstWidth x dstHeight).
- *   Return 1 when drawn, 0 when nothing was drawn: a NULL pointer or a size
- *   below 1, or no memory for the intermediate line. On that memory failure
- *   QN_Re4Sampling also shows "VirtualAlloc alloc <a>*<b>*4 fail" (the
- *   intermediate image's sizes: srcWidth*dstHeight when scaling vertically
- *   first, srcHeight*dstWidth otherwise); QN_Re8Sampling shows nothing.
+ *   Return 1 when drawn and the temporary memory released; 0 when nothing
+ *   was drawn (a NULL pointer, a size below 1, or no memory for the
+ *   intermediate lines). On that memory failure QN_Re4Sampling also shows
+ *   "VirtualAlloc alloc <a>*<b>*4 fail" with the intermediate image's
+ *   sizes (srcWidth*dstHeight when scaling vertically first,
+ *   srcHeight*dstWidth otherwise); QN_Re8Sampling shows nothing.
  *   Scaling by 1 reproduces lines shorter than 2048 pixels exactly.
  * QN_Re4SamplingEx, QN_Re8SamplingEx: scale the rectangle (srcX, srcY,
  *   srcRectWidth, srcRectHeight) of a srcWidth x srcHeight image into the
  *   rectangle (x, y, width, height) of a dstWidth x dstHeight image, rows as
  *   long as their image. The source rectangle is cut to its image and the
  *   destination rectangle to its image, taking away the source samples the
- *   cut hides. Return 1 when drawn, 0 when fewer than 2 pixels remain on
- *   any side, a pointer is NULL or memory is short (nothing drawn). Quirk
- *   kept on purpose: when the image is scaled vertically first, taps below
- *   the source rectangle read on down to the source image's last row
- *   instead of repeating the rectangle's last row.
+ *   cut hides. Return 1 when drawn and the temporary memory released; 0
+ *   when fewer than 2 pixels remain on any side, a pointer is NULL or memory
+ *   is short (nothing drawn). Quirk kept on purpose: when the image is
+ *   scaled vertically first, taps below the source rectangle read on down
+ *   to the source image's last row instead of repeating the rectangle's
+ *   last row.
  */
 QBO_API int32_t QBO_CALLER QN_Re4Sampling(void* dst, int32_t dstWidth, int32_t dstHeight,
                                           const void* src, int32_t srcWidth,

@@ -130,14 +130,19 @@ TEST(BitBlt, BlendModesRunTheRowsAtEveryLevel) {
   // the clipped rectangle, row by row, at every level and field.
   for (int32_t mode : {0, 2}) {
     for (int32_t field : {0, 1, 2}) {
-      Image src(37, 9, 7), start(41, 12, 8, 1);
+      // The field quirk reads one source row and writes one destination row
+      // past the rectangles; both images keep a spare row for it.
+      Image src(37, 9, 7, 1);
       Image expected(41, 12, 8, 1);
       const Rects r{-2, 1, 39, 9, 41, 12, 0, 0, 39, 9, 37, 9, mode, field};
-      // Clipped: dstX -2 -> source starts at 2, width 37 - 2 = 35.
-      const int64_t first = field == 0 ? 1 : (field == 1 ? 2 : 1);
-      for (int64_t row = first; row < 1 + 9 + (field ? 1 : 0) && row - first < 9; row += field ? 2 : 1) {
+      // Clipped: dstX -2 moves the source start to column 2 and leaves 35
+      // columns; destination row y takes source row y - 1. The even field
+      // moves the start to row 2, the odd one keeps row 1.
+      const int32_t first = field == 1 ? 2 : 1;
+      const int32_t step = field == 0 ? 1 : 2;
+      for (int32_t off = 0; off < 9; off += step) {
         (mode == 0 ? BlendOverRow_C : BlendOverInvertedRow_C)(
-            expected.Pixel(0, int32_t(row)), src.Pixel(2, int32_t(row - 1)), g_tables.over_share, 35);
+            expected.Pixel(0, first + off), src.Pixel(2, first + off - 1), g_tables.over_share, 35);
       }
       ForEachLevel([&](KernelLevel) {
         SCOPED_TRACE(::testing::Message() << "mode " << mode << " field " << field);

@@ -126,14 +126,15 @@ struct BlendRow {
   KernelLevel level;
 };
 
+const BlendRow kBlendRows[] = {
+    {"Over_Any_SSE2", BlendOverRow_C, BlendOverRow_Any_SSE2, KernelLevel::kSse2},
+    {"Inverted_Any_SSE2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_SSE2, KernelLevel::kSse2},
+    {"Over_Any_AVX2", BlendOverRow_C, BlendOverRow_Any_AVX2, KernelLevel::kAvx2},
+    {"Inverted_Any_AVX2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_AVX2, KernelLevel::kAvx2},
+};
+
 TEST(BlendRow, EverySimdRowMatchesTheReference) {
-  const BlendRow rows[] = {
-      {"Over_Any_SSE2", BlendOverRow_C, BlendOverRow_Any_SSE2, KernelLevel::kSse2},
-      {"Inverted_Any_SSE2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_SSE2, KernelLevel::kSse2},
-      {"Over_Any_AVX2", BlendOverRow_C, BlendOverRow_Any_AVX2, KernelLevel::kAvx2},
-      {"Inverted_Any_AVX2", BlendOverInvertedRow_C, BlendOverInvertedRow_Any_AVX2, KernelLevel::kAvx2},
-  };
-  for (const BlendRow& row : rows) {
+  for (const BlendRow& row : kBlendRows) {
     if (row.level > MachineKernelLevel()) continue;
     for (std::size_t width : SweptWidths(8)) {
       for (std::size_t offset = 0; offset < 4; ++offset) {
@@ -175,9 +176,11 @@ TEST(BilinearRowC, HandWorkedValues) {
   // weighted, 511 x 32768 >> 16 = 255.
   const uint16_t vbuf[12] = {256, 256, 511, 0, 2, 2, 2, 2, 0, 0, 0, 0};
   const int32_t cols[2] = {0, 0};
-  const uint32_t pairs[2] = {65535u, (32767u << 16) | 32768u};
+  uint16_t weights[16];
+  SpreadBilinearWeights(weights, 65535);
+  SpreadBilinearWeights(weights + 8, 32768);
   uint8_t out[8];
-  BilinearHorizRow_C(out, vbuf, cols, pairs, 2);
+  BilinearHorizRow_C(out, vbuf, cols, weights, 2);
   EXPECT_EQ(std::vector<uint8_t>(out, out + 8),
             (std::vector<uint8_t>{255, 255, 255, 0, 128, 128, 255, 0}));
 }
@@ -209,16 +212,16 @@ TEST(BilinearRow, EverySimdRowMatchesTheReference) {
         // neighbour) and random weight pairs adding to 65535.
         const std::vector<uint8_t> r = RandomBytes(width * 8, seed ^ 0x1234);
         std::vector<int32_t> cols(width);
-        std::vector<uint32_t> pairs(width);
+        std::vector<uint16_t> weights(8 * width);
         for (std::size_t i = 0; i < width; ++i) {
           const uint32_t wl = (uint32_t(r[8 * i]) << 8 | r[8 * i + 1]) % 65536;
           cols[i] = width > 1 ? static_cast<int32_t>((r[8 * i + 2] << 8 | r[8 * i + 3]) % (width - 1)) : 0;
-          pairs[i] = ((65535u - wl) << 16) | wl;
+          SpreadBilinearWeights(weights.data() + 8 * i, wl);
         }
         v_ref[4] = 511;  // the largest value the vertical pass leaves
         GuardedBuffer expected(bytes, offset), actual(bytes, offset);
-        BilinearHorizRow_C(expected.data(), v_ref.data(), cols.data(), pairs.data(), width);
-        l.horiz(actual.data(), v_ref.data(), cols.data(), pairs.data(), width);
+        BilinearHorizRow_C(expected.data(), v_ref.data(), cols.data(), weights.data(), width);
+        l.horiz(actual.data(), v_ref.data(), cols.data(), weights.data(), width);
         ASSERT_EQ(MismatchMap(expected.data(), actual.data(), bytes, 1, 4), "");
         ASSERT_TRUE(actual.GuardsIntact());
       }
@@ -287,6 +290,25 @@ TEST(MeanRowC, YuyvConversionOfGreyAndFoot) {
   EXPECT_EQ(std::vector<uint8_t>(out, out + 4), (std::vector<uint8_t>{201, 49, 100, 255}));
 }
 
+TEST(MeanRowC, YuyvExpandSpreadsChroma) {
+  // Groups (Y0 U Y1 V) = (1 10 2 20), (3 30 4 41): quads (1 10 20 1),
+  // (2, (10 + 30) x 0.5 = 20, (20 + 41) x 0.5 = 30.5, 2), (3 30 41 3), and
+  // the last group's own chroma (4 30 41 4).
+  const float acc[8] = {1, 10, 2, 20, 3, 30, 4, 41};
+  float quads[16];
+  YuyvExpandRow_C(quads, acc, 2);
+  EXPECT_EQ(std::vector<float>(quads, quads + 16),
+            (std::vector<float>{1, 10, 20, 1, 2, 20, 30.5f, 2, 3, 30, 41, 3, 4, 30, 41, 4}));
+  if (MachineKernelLevel() < KernelLevel::kSse2) return;
+  for (std::size_t groups : {1, 2, 3, 17, 960}) {
+    std::vector<float> in(groups * 4), ref(groups * 8), simd(groups * 8);
+    for (std::size_t i = 0; i < in.size(); ++i) in[i] = static_cast<float>((i * 7919 + groups) % 1000) * 0.37f;
+    YuyvExpandRow_C(ref.data(), in.data(), groups);
+    YuyvExpandRow_SSE2(simd.data(), in.data(), groups);
+    ASSERT_EQ(ref, simd) << groups << " groups";
+  }
+}
+
 TEST(MeanRow, EverySimdRowMatchesTheReference) {
   struct Vert {
     const char* name;
@@ -339,6 +361,39 @@ TEST(MeanRow, EverySimdRowMatchesTheReference) {
     YuyvMeanHorizRow_SSE2(actual.data(), acc.data(), counts.data(), weights.data(), 0.61f, &params, width);
     ASSERT_EQ(MismatchMap(expected.data(), actual.data(), width * 4, 1, 4), "");
     ASSERT_TRUE(actual.GuardsIntact());
+  }
+}
+
+}  // namespace
+}  // namespace qbo::test
+
+namespace qbo::test {
+namespace {
+
+TEST(BlendRow, EveryAlphaPairMatchesTheReference) {
+  // All 65536 (source, destination) alpha pairs, each with its own random
+  // colours: the rows that compute the table's entries in-register must
+  // agree with it everywhere. Then every source alpha over runs of opaque
+  // destinations, the rows' shortcut for a lower layer of alpha 255.
+  std::vector<uint8_t> src = RandomBytes(65536 * 4, 5), dst = RandomBytes(65536 * 4, 6);
+  for (uint32_t i = 0; i < 65536; ++i) {
+    src[4 * i + 3] = uint8_t(i >> 8);
+    dst[4 * i + 3] = uint8_t(i);
+  }
+  for (const BlendRow& row : kBlendRows) {
+    if (row.level > MachineKernelLevel()) continue;
+    SCOPED_TRACE(row.name);
+    std::vector<uint8_t> expected = dst, actual = dst;
+    row.ref(expected.data(), src.data(), Share(), 65536);
+    row.fn(actual.data(), src.data(), Share(), 65536);
+    ASSERT_EQ(MismatchMap(expected.data(), actual.data(), 1024, 256, 4), "");
+    std::vector<uint8_t> opaque = dst;
+    for (uint32_t i = 0; i < 65536; ++i) opaque[4 * i + 3] = 255;
+    expected = opaque;
+    actual = opaque;
+    row.ref(expected.data(), src.data(), Share(), 65536);
+    row.fn(actual.data(), src.data(), Share(), 65536);
+    ASSERT_EQ(MismatchMap(expected.data(), actual.data(), 1024, 256, 4), "");
   }
 }
 

@@ -10,6 +10,7 @@
 #include "blit/stretch_plan.h"
 #include "frame/lookup_tables.h"
 #include "tests/blit/blit_test_util.h"
+#include "tests/support/fake_platform.h"
 
 namespace qbo::test {
 namespace {
@@ -320,6 +321,31 @@ TEST(Stretch, EveryLevelGivesTheSameBytes) {
         if (level == KernelLevel::kC) reference = dst.Bytes();
         EXPECT_EQ(MismatchMap(reference.data(), dst.data(), 960, 135, 4), "");
       });
+    }
+  }
+}
+
+TEST(Stretch, ScratchFailureWritesNothing) {
+  // Every scratch allocation of each stretch in turn fails: the call
+  // returns 0 and leaves the destination as it was, and nothing leaks.
+  const Rects r{0, 0, 9, 7, 12, 10, 1, 1, 5, 4, 9, 8, 0, 1};
+  Image src(9, 8, 1);
+  for (BlitFn fn : {QN_StretchBlt, QN_StretchBlt_Mean}) {
+    for (int fail_at = 1;; ++fail_at) {
+      FakePlatform fake;
+      fake.fail_aligned_alloc_at = fail_at;
+      Image dst(12, 10, 2);
+      const std::vector<uint8_t> before = dst.Bytes();
+      SetPlatformForTesting(&fake);
+      const int32_t result = Call(fn, dst.data(), src.data(), r);
+      SetPlatformForTesting(nullptr);
+      EXPECT_EQ(fake.live_aligned, 0);
+      if (fake.aligned_allocs < fail_at) {
+        EXPECT_EQ(result, 1) << "every allocation tried";
+        break;
+      }
+      EXPECT_EQ(result, 0) << "allocation " << fail_at;
+      EXPECT_EQ(dst.Bytes(), before) << "allocation " << fail_at;
     }
   }
 }

@@ -27,7 +27,8 @@ TEST(Matrices, SelectorsPickTheStandardOrNothing) {
     EXPECT_EQ(q.matrix(1), q.matrix(1)) << "constant data, not a copy";
     for (int32_t standard : {1, 2}) {
       for (int r = 0; r < 4; ++r) {
-        for (int c = 0; c < 4; ++c) EXPECT_EQ(q.cell(r, c, standard), q.matrix(standard)[r * 4 + c]);
+        for (int c = 0; c < 4; ++c)
+          EXPECT_EQ(q.cell(r, c, standard), q.matrix(standard)[r * 4 + c]);
       }
       // Out-of-range cells read 0.0 rather than memory past the matrix.
       EXPECT_EQ(q.cell(4, 0, standard), 0.0f);
@@ -78,10 +79,8 @@ TEST(Matrices, Bt601CellsAreTheFixedPointCoefficientsExactly) {
     EXPECT_EQ(to_yuv[2 * 4 + c] * 16384.0f, v.v[c]);
   }
   const float* to_rgb709 = QN_CS_GetMatYUVA2RGBA(1);
-  EXPECT_EQ(static_cast<int>(std::lround(to_rgb709[0 * 4 + 2] * 16384.0f)),
-            g_coef.RFromV709.v[0]);
-  EXPECT_EQ(static_cast<int>(std::lround(to_rgb709[2 * 4 + 1] * 16384.0f)),
-            g_coef.BFromU709.v[0]);
+  EXPECT_EQ(static_cast<int>(std::lround(to_rgb709[0 * 4 + 2] * 16384.0f)), g_coef.RFromV709.v[0]);
+  EXPECT_EQ(static_cast<int>(std::lround(to_rgb709[2 * 4 + 1] * 16384.0f)), g_coef.BFromU709.v[0]);
 }
 
 }  // namespace

@@ -36,14 +36,14 @@ struct RowUnderTest {
   KernelLevel level;
 };
 
-#define QBO_ROWS(Name, alpha)                                                        \
-  {#Name "_SSE2", Name##_SSE2, Name##_C, alpha, 16, KernelLevel::kSse2},             \
-      {#Name "_Any_SSE2", Name##_Any_SSE2, Name##_C, alpha, 1, KernelLevel::kSse2},  \
-      {#Name "_AVX2", Name##_AVX2, Name##_C, alpha, 16, KernelLevel::kAvx2},         \
-      {#Name "_Any_AVX2", Name##_Any_AVX2, Name##_C, alpha, 1, KernelLevel::kAvx2}
+#define QBO_ROWS(Name, alpha)                                                       \
+  {#Name "_SSE2", Name##_SSE2, Name##_C, alpha, 16, KernelLevel::kSse2},            \
+      {#Name "_Any_SSE2", Name##_Any_SSE2, Name##_C, alpha, 1, KernelLevel::kSse2}, \
+      {#Name "_AVX2", Name##_AVX2, Name##_C, alpha, 16, KernelLevel::kAvx2}, {      \
+#Name "_Any_AVX2", Name##_Any_AVX2, Name##_C, alpha, 1, KernelLevel::kAvx2      \
+  }
 
-const RowUnderTest kRows[] = {QBO_ROWS(Rgb24ToRgbaRow, false),
-                              QBO_ROWS(Rgb24AlphaToRgbaRow, true)};
+const RowUnderTest kRows[] = {QBO_ROWS(Rgb24ToRgbaRow, false), QBO_ROWS(Rgb24AlphaToRgbaRow, true)};
 #undef QBO_ROWS
 
 TEST(Rgb24Rows, SimdRowsMatchTheReference) {
@@ -56,8 +56,8 @@ TEST(Rgb24Rows, SimdRowsMatchTheReference) {
       if (width % row.multiple != 0) continue;
       for (std::size_t offset = 0; offset < 4; ++offset) {
         const uint32_t seed = 40u + static_cast<uint32_t>(width);
-        SCOPED_TRACE(::testing::Message() << row.name << " width=" << width
-                                          << " offset=" << offset << " seed=" << seed);
+        SCOPED_TRACE(::testing::Message()
+                     << row.name << " width=" << width << " offset=" << offset << " seed=" << seed);
         // Sources end at an inaccessible page; the destination sits between
         // guards at a varying offset.
         PageEndBuffer src(3 * static_cast<std::size_t>(width));
@@ -82,7 +82,10 @@ struct Image24 {
   int width, height, pitch, alpha_pitch;
   std::vector<uint8_t> rgb, alpha;
   Image24(int w, int h, uint32_t seed)
-      : width(w), height(h), pitch(3 * w + 5), alpha_pitch(w + 3),
+      : width(w),
+        height(h),
+        pitch(3 * w + 5),
+        alpha_pitch(w + 3),
         rgb(RandomBytes(static_cast<std::size_t>(pitch) * h, seed)),
         alpha(RandomBytes(static_cast<std::size_t>(alpha_pitch) * h, seed + 9)) {}
   // Pixel x of row y as 32-bit bytes, with alpha from alpha row `arow`
@@ -91,8 +94,8 @@ struct Image24 {
     std::vector<uint8_t> out;
     for (int x = 0; x < width; ++x) {
       const uint8_t* p = rgb.data() + static_cast<std::size_t>(y) * pitch + 3 * x;
-      out.insert(out.end(), {p[0], p[1], p[2],
-                             arow < 0 ? uint8_t{255} : alpha[arow * alpha_pitch + x]});
+      out.insert(out.end(),
+                 {p[0], p[1], p[2], arow < 0 ? uint8_t{255} : alpha[arow * alpha_pitch + x]});
     }
     return out;
   }
@@ -118,8 +121,7 @@ TEST(Rgb24ToRgbaFrame, FlipsSourceAndAlphaIndependently) {
             const int dst_pitch = 4 * 21 + 4;
             std::vector<uint8_t> dst(static_cast<std::size_t>(dst_pitch) * 4, kUntouched);
             frame(dst.data(), dst_pitch, img.rgb.data(), img.pitch,
-                  use_alpha ? img.alpha.data() : nullptr, img.alpha_pitch, 21, 4, flip,
-                  alpha_flip);
+                  use_alpha ? img.alpha.data() : nullptr, img.alpha_pitch, 21, 4, flip, alpha_flip);
             for (int i = 0; i < 4; ++i) {
               const int arow = use_alpha ? (alpha_flip ? 3 - i : i) : -1;
               EXPECT_EQ(DstRow(dst, dst_pitch, i, 84), img.Expanded(flip ? 3 - i : i, arow));
@@ -162,16 +164,15 @@ TEST(Rgb24ToRgbaSplit, AlternatesRowsAndCopiesTheOddLastRowWhole) {
     for (int height : {1, 4, 5}) {
       for (int flip : {0, 1}) {
         for (int alpha_flip : {0, 1}) {
-          SCOPED_TRACE(::testing::Message() << "height=" << height << " flip=" << flip
-                                            << " alpha_flip=" << alpha_flip);
+          SCOPED_TRACE(::testing::Message()
+                       << "height=" << height << " flip=" << flip << " alpha_flip=" << alpha_flip);
           const Image24 img(19, height, 8);
           const int pitch0 = 4 * 19 + 8, pitch1 = 4 * 19 + 4;  // the copy takes pitch1
           const int rows = (height + 1) / 2;
           std::vector<uint8_t> dst0(static_cast<std::size_t>(pitch0) * rows, kUntouched);
           std::vector<uint8_t> dst1(static_cast<std::size_t>(pitch1) * rows, kUntouched);
-          QN_CS_24_to_32_Split(dst0.data(), pitch0, dst1.data(), pitch1, img.rgb.data(),
-                               img.pitch, img.alpha.data(), img.alpha_pitch, 19, height, flip,
-                               alpha_flip);
+          QN_CS_24_to_32_Split(dst0.data(), pitch0, dst1.data(), pitch1, img.rgb.data(), img.pitch,
+                               img.alpha.data(), img.alpha_pitch, 19, height, flip, alpha_flip);
           auto src_row = [&](int i) { return flip ? height - 1 - i : i; };
           auto alpha_row = [&](int i) { return alpha_flip ? height - 1 - i : i; };
           for (int k = 0; 2 * k + 1 < height; ++k) {
@@ -221,10 +222,17 @@ TEST(Rgb24ToRgbaSplit, HandsTheJobToVelaVidAndIgnoresTheAlphaPlane) {
       EXPECT_EQ(call.array, kFakeConvertArray);
       EXPECT_EQ(call.index, 16);
       ASSERT_EQ(call.argc, 11);
-      const intptr_t expected[11] = {reinterpret_cast<intptr_t>(dst0.data()), 32,
-                                     reinterpret_cast<intptr_t>(dst1.data()), -32,
-                                     reinterpret_cast<intptr_t>(img.rgb.data()), img.pitch, 6, 4,
-                                     0, 255, flip != 0 ? 1 : 0};
+      const intptr_t expected[11] = {reinterpret_cast<intptr_t>(dst0.data()),
+                                     32,
+                                     reinterpret_cast<intptr_t>(dst1.data()),
+                                     -32,
+                                     reinterpret_cast<intptr_t>(img.rgb.data()),
+                                     img.pitch,
+                                     6,
+                                     4,
+                                     0,
+                                     255,
+                                     flip != 0 ? 1 : 0};
       for (int i = 0; i < 11; ++i) EXPECT_EQ(call.args[i], expected[i]) << "argument " << i;
       EXPECT_EQ(dst0, std::vector<uint8_t>(64, kUntouched));
       EXPECT_EQ(dst1, std::vector<uint8_t>(64, kUntouched));

@@ -1,11 +1,12 @@
 // YUYV rows: the reference against hand-worked pixels, then every SIMD row
 // against the reference, byte for byte, over swept widths and alignments.
+#include "colorspace/yuyv_to_rgba_row.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <vector>
 
-#include "colorspace/yuyv_to_rgba_row.h"
 #include "tests/support/test_support.h"
 
 namespace qbo::test {
@@ -35,7 +36,9 @@ const HandCase kHandCases[] = {
     {"negative blue sum becomes 0", false, {0, 0, 0, 128}, {{0, 44, 0}, {0, 44, 0}}},
     // TR = floor(22970 x -8448 / 65536) = floor(-2960.98) = -2961:
     // R = 3200 - 2961 + 16 = 255 >> 5 = 7 (truncating toward zero gives 8).
-    {"terms round toward minus infinity", false, {100, 128, 100, 62},
+    {"terms round toward minus infinity",
+     false,
+     {100, 128, 100, 62},
      {{7, 147, 100}, {7, 147, 100}}},
     // BT.709 TB = floor(30402 x -16384 / 65536) = floor(-7600.5) = -7601:
     // B = 7680 - 7601 + 16 = 95 >> 5 = 2; G = 7680 + 767 + 16 -> 255.
@@ -48,7 +51,8 @@ const HandCase kHandCases[] = {
     // G = 3200 - 1646 + 16 = 1570 >> 5 = 49. Its odd pixel takes the mean of
     // V 200 and 56: dV' = 64 (72 - 72) = 0, grey 100. Pair 1 is last: its odd
     // pixel keeps V 56: R = 3200 - 3231 + 16 < 0 -> 0, G = 4861 >> 5 = 151.
-    {"odd pixels average with the next pair, the last pair keeps its own", false,
+    {"odd pixels average with the next pair, the last pair keeps its own",
+     false,
      {100, 128, 100, 200, 100, 128, 100, 56},
      {{201, 49, 100}, {100, 100, 100}, {0, 151, 100}, {0, 151, 100}}},
 };
@@ -84,11 +88,12 @@ struct RowUnderTest {
   KernelLevel level;
 };
 
-#define QBO_ROWS(Name, bpp)                                                    \
-  {#Name "_SSE2", Name##_SSE2, Name##_C, bpp, 8, KernelLevel::kSse2},          \
+#define QBO_ROWS(Name, bpp)                                                       \
+  {#Name "_SSE2", Name##_SSE2, Name##_C, bpp, 8, KernelLevel::kSse2},             \
       {#Name "_Any_SSE2", Name##_Any_SSE2, Name##_C, bpp, 2, KernelLevel::kSse2}, \
-      {#Name "_AVX2", Name##_AVX2, Name##_C, bpp, 16, KernelLevel::kAvx2},     \
-      {#Name "_Any_AVX2", Name##_Any_AVX2, Name##_C, bpp, 2, KernelLevel::kAvx2}
+      {#Name "_AVX2", Name##_AVX2, Name##_C, bpp, 16, KernelLevel::kAvx2}, {      \
+#Name "_Any_AVX2", Name##_Any_AVX2, Name##_C, bpp, 2, KernelLevel::kAvx2      \
+  }
 
 const RowUnderTest kRows[] = {QBO_ROWS(YuyvToRgbaRow, 4), QBO_ROWS(YuyvToBgraRow, 4),
                               QBO_ROWS(YuyvToRgb24Row, 3)};

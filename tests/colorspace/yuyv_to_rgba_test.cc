@@ -38,14 +38,15 @@ struct Source {
   int width, rows, pitch;
   std::vector<uint8_t> bytes;
   Source(int w, int r, int pad, uint32_t seed)
-      : width(w), rows(r), pitch(2 * (w + (w & 1)) + pad),
+      : width(w),
+        rows(r),
+        pitch(2 * (w + (w & 1)) + pad),
         bytes(RandomBytes(static_cast<std::size_t>(pitch) * r, seed)) {}
   const uint8_t* Row(int i) const { return bytes.data() + static_cast<std::size_t>(i) * pitch; }
 };
 
 // The destination row the reference row makes from one source row.
-std::vector<uint8_t> ReferenceRow(const Layout& layout, const uint8_t* src, int width,
-                                  bool bt709) {
+std::vector<uint8_t> ReferenceRow(const Layout& layout, const uint8_t* src, int width, bool bt709) {
   const int even = width + (width & 1);
   std::vector<uint8_t> out(static_cast<std::size_t>(layout.bytes_per_pixel) * even);
   const YuvToRgbVectors v = YuvToRgbVectorsFor(bt709);
@@ -77,8 +78,8 @@ TEST(YuyvFrame, RowsLandWhereFlipAndPitchesSay) {
             const int row_bytes = layout.bytes_per_pixel * (width + (width & 1));
             const int dst_pitch = row_bytes + 5;
             std::vector<uint8_t> dst(static_cast<std::size_t>(dst_pitch) * height, kUntouched);
-            layout.frame(dst.data(), dst_pitch, src.bytes.data(), src.pitch, width, height,
-                         bt709, flip);
+            layout.frame(dst.data(), dst_pitch, src.bytes.data(), src.pitch, width, height, bt709,
+                         flip);
             for (int i = 0; i < height; ++i) {
               ExpectRow(dst, dst_pitch, flip ? height - 1 - i : i,
                         ReferenceRow(layout, src.Row(i), width, bt709));
@@ -95,8 +96,7 @@ TEST(YuyvFrame, NegativePitchesWalkUpwards) {
   const Source src(width, height, 0, 9);
   const int dst_pitch = 4 * width;
   std::vector<uint8_t> plain(static_cast<std::size_t>(dst_pitch) * height, kUntouched);
-  QN_CS_YUYV2RGBA_Frame(plain.data(), dst_pitch, src.bytes.data(), src.pitch, width, height, 0,
-                        0);
+  QN_CS_YUYV2RGBA_Frame(plain.data(), dst_pitch, src.bytes.data(), src.pitch, width, height, 0, 0);
   // Source walked from its last row upwards and destination written from
   // its last row upwards: the same image as the plain call.
   std::vector<uint8_t> upwards(plain.size(), kUntouched);
@@ -114,8 +114,8 @@ TEST(YuyvFrame, EmptySizesWriteNothing) {
   const Source src(8, 2, 0, 4);
   for (auto [width, height] : {std::pair{0, 2}, {8, 0}, {-2, 2}, {8, -1}}) {
     std::vector<uint8_t> dst(64, kUntouched);
-    QN_CS_YUYV2BGRA_Compose(dst.data(), 32, src.bytes.data(), 16, src.Row(1), 16, width, height,
-                            0, 0);
+    QN_CS_YUYV2BGRA_Compose(dst.data(), 32, src.bytes.data(), 16, src.Row(1), 16, width, height, 0,
+                            0);
     EXPECT_EQ(QN_CS_YUYV2RGBA_Frame(dst.data(), 32, src.bytes.data(), 16, width, height, 0, 0), 1);
     EXPECT_EQ(dst, std::vector<uint8_t>(64, kUntouched)) << width << "x" << height;
   }
@@ -144,8 +144,8 @@ TEST(YuyvFrame, BgrWritesTheSameRgbBytesAsRgb) {
 
 struct ComposeExport {
   const char* name;
-  void(QBO_CALLEE* fn)(void*, int32_t, const void*, int32_t, const void*, int32_t, int32_t,
-                       int32_t, int32_t, int32_t);
+  void(QBO_CALLEE* fn)(void*, int32_t, const void*, int32_t, const void*, int32_t, int32_t, int32_t,
+                       int32_t, int32_t);
   YuyvToPixelsRowFn reference;
 };
 
@@ -192,9 +192,17 @@ TEST(YuyvToBgraFrame, HandsTheWholeJobToVelaVidWithTheDocumentedArguments) {
       EXPECT_EQ(call.array, kFakeConvertArray);
       EXPECT_EQ(call.index, 21);
       ASSERT_EQ(call.argc, 11);
-      const intptr_t expected[11] = {reinterpret_cast<intptr_t>(dst.data()), -96,
-                                     reinterpret_cast<intptr_t>(src), 40, 17, 3,
-                                     bt709 == 0 ? 1 : 0, 1, 0, 255, flip != 0 ? 1 : 0};
+      const intptr_t expected[11] = {reinterpret_cast<intptr_t>(dst.data()),
+                                     -96,
+                                     reinterpret_cast<intptr_t>(src),
+                                     40,
+                                     17,
+                                     3,
+                                     bt709 == 0 ? 1 : 0,
+                                     1,
+                                     0,
+                                     255,
+                                     flip != 0 ? 1 : 0};
       for (int i = 0; i < 11; ++i) EXPECT_EQ(call.args[i], expected[i]) << "argument " << i;
       EXPECT_EQ(dst, std::vector<uint8_t>(256, kUntouched)) << "the library wrote nothing itself";
     }

@@ -80,7 +80,7 @@ TEST(ResampleStep, IsTheQuotientPlusOne) {
 TEST(ResampleRowH4, HandWorkedSamples) {
   ResampleKernel k;
   BuildResampleKernel(&k, 4, 2, 1);  // phase 16 = -556, 2604, 2604, -556
-  const ResampleLineParams p{&k, 0x8000, 3};
+  const ResampleLineParams p{&k, 0x8000, 3, nullptr};
   // Channel 0: taps read samples 0, 0, 1, 2 = 100, 100, 200, 50:
   //   (12800 * -556) >> 16 = -109, (12800 * 2604) >> 16 = 508,
   //   (25600 * 2604) >> 16 = 1017, (6400 * -556) >> 16 = -55;
@@ -151,7 +151,9 @@ TEST(ResampleRowH, EveryLevelMatchesTheReference) {
                                             << " x0=" << x0 << " seed=" << seed);
           ResampleKernel k;
           BuildResampleKernel(&k, taps, width, src_len);
-          const ResampleLineParams p{&k, ResampleStep(src_len, width), src_len};
+          std::vector<ResampleSite> sites(static_cast<std::size_t>(width));
+          const ResampleLineParams p{&k, ResampleStep(src_len, width), src_len, sites.data()};
+          BuildResampleSites(&p, width, sites.data());
           PageEndBuffer src(static_cast<std::size_t>(src_len) * 4 + offset);
           FillRandom(src.data(), src.size(), seed + static_cast<uint32_t>(width));
           const uint8_t* line = src.data() + offset;

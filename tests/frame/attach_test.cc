@@ -12,6 +12,16 @@
 namespace qbo::test {
 namespace {
 
+// A host installed as the player is, and the module file the loader asks
+// for first, in the platform's own spelling.
+#if defined(_WIN32)
+const PathString kHostPath = L"C:\\player\\bin\\host.exe";
+const char kVelaMemFile[] = "VelaMem.dll";
+#else
+const PathString kHostPath = "/opt/player/bin/host";
+const char kVelaMemFile[] = "libVelaMem.so";
+#endif
+
 // Every test starts from a library that was never attached and leaves it
 // attached natively again for the other tests.
 class AttachTest : public ::testing::Test {
@@ -19,7 +29,7 @@ class AttachTest : public ::testing::Test {
   void SetUp() override {
     FreeLookupTables(NativePlatform());
     g_accel = AccelState{};
-    platform_.host_path = QBO_PATH("/opt/player/bin/host");
+    platform_.host_path = kHostPath;
   }
   void TearDown() override {
     g_accel = AccelState{};
@@ -41,7 +51,7 @@ TEST_F(AttachTest, AttachRunsItsStepsInOrderAndSucceeds) {
   const std::vector<std::string> head(platform_.log.begin(), platform_.log.begin() + 5);
   EXPECT_EQ(head, (std::vector<std::string>{"alloc 262144", "alloc 1024", "free", "alloc 1024",
                                             "alloc 262144"}));
-  EXPECT_EQ(platform_.log[5], "load libVelaMem.so -> fail");
+  EXPECT_EQ(platform_.log[5], std::string("load ") + kVelaMemFile + " -> fail");
   EXPECT_NE(g_tables.rcp_product, nullptr);
   EXPECT_NE(g_tables.inv_byte, nullptr);
   EXPECT_NE(g_tables.over_share, nullptr);
@@ -142,7 +152,8 @@ TEST_F(AttachTest, CoefficientBlockIsRestoredAfterTheLoader) {
   };
   CsInitCoefficients();
   const CsCoefBlock expected = g_coef;
-  platform_.modules[QBO_PATH("libVelaMem.so")].symbols["VLM_GetAPIStuPtr"] =
+  const std::string file = kVelaMemFile;
+  platform_.modules[PathString(file.begin(), file.end())].symbols["VLM_GetAPIStuPtr"] =
       reinterpret_cast<void*>(+scribble);
   ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
   EXPECT_EQ(g_accel.vela_mem_api, g_table_a);

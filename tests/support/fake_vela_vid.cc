@@ -15,10 +15,15 @@ Fn Symbol(void* module, const char* name) {
   return reinterpret_cast<Fn>(p);
 }
 
+PathString FakeVelaVidPath() {
+  const char* path = QBO_FAKE_VELA_VID_PATH;
+  return PathString(path, path + std::char_traits<char>::length(path));
+}
+
 }  // namespace
 
 FakeVelaVid::FakeVelaVid()
-    : module_(NativePlatform().LoadModule(QBO_PATH(QBO_FAKE_VELA_VID_PATH))),
+    : module_(NativePlatform().LoadModule(FakeVelaVidPath())),
       saved_api_(g_accel.vela_vid_api) {
   if (!module_) {
     ADD_FAILURE() << "cannot load " << QBO_FAKE_VELA_VID_PATH;

@@ -1,0 +1,194 @@
+// The program as a user runs it: exit status, what it prints, and what it
+// leaves on disk.
+#include <gtest/gtest.h>
+
+#include "png_io.h"
+#include "tool_test_support.h"
+#include "y4m_io.h"
+
+namespace quillon {
+namespace {
+
+using test::RunQuillon;
+using test::TempDir;
+
+bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(Cli, HelpVersionAndUsageErrors) {
+  struct Case {
+    std::vector<std::string> args;
+    int status;
+    std::string out;  // must appear in standard output
+    std::string err;  // must appear in standard error
+  };
+  const Case cases[] = {
+      {{"--help"}, 0, "Usage: quillon COMMAND", ""},
+      {{"-h"}, 0, "Commands:", ""},
+      {{"help"}, 0, "Usage: quillon COMMAND", ""},
+      {{"help", "convert"}, 0, "Usage: quillon convert [OPTION]... IN OUT", ""},
+      {{"convert", "--help"}, 0, "--filter NAME", ""},
+      {{"demo", "-h"}, 0, "Usage: quillon demo [OPTION]...", ""},
+      {{"--version"}, 0, "quillon 0.1.0", ""},
+      {{"-V"}, 0, "library exports used by this build:", ""},
+      {{}, 2, "", "quillon: missing command\nTry 'quillon --help' for more information.\n"},
+      {{"frobnicate"}, 2, "", "quillon: unknown command 'frobnicate'"},
+      {{"--frobnicate"}, 2, "", "quillon: unknown option '--frobnicate'"},
+      {{"help", "nope"}, 2, "", "help: unknown command 'nope'"},
+      {{"convert"}, 2, "", "convert: needs IN and OUT"},
+      {{"convert", "a", "b", "c"}, 2, "", "convert: too many file names"},
+      {{"convert", "a.y4m", "a.y4m"}, 2, "", "convert: IN and OUT are the same file"},
+      {{"convert", "--size", "big", "a", "b"}, 2, "", "--size: 'big' is not a size like 1280x720"},
+      {{"convert", "--filter", "cubic", "--size", "2x2", "a", "b"},
+       2,
+       "",
+       "--filter: 'cubic' is not bilinear, mean, 4tap or 8tap"},
+      {{"convert", "--filter", "mean", "a", "b"}, 2, "", "--filter: has no effect without --size"},
+      {{"convert", "--fields", "both", "a", "b"},
+       2,
+       "",
+       "--fields: 'both' is not split or compose"},
+      {{"convert", "--overlay", "logo.png", "a", "b"}, 2, "", "is not PNG@X,Y"},
+      {{"convert", "--overlay", "logo.png@1", "a", "b"}, 2, "", "is not PNG@X,Y"},
+      {{"convert", "-f", "nv12", "a", "b"}, 2, "", "--in-format: unknown pixel format 'nv12'"},
+      {{"convert", "--interlace", "yes", "a", "b"}, 2, "", "--interlace: 'yes' is not"},
+      {{"convert", "--frames", "-1", "a", "b"}, 2, "", "--frames: '-1' is not a whole number"},
+      {{"convert", "--frames", "0", "a", "b"}, 2, "", "--frames: '0' is not a whole number from 1"},
+      {{"demo", "extra"}, 2, "", "demo: unexpected argument 'extra'"},
+      {{"demo", "--size", "30x30"}, 2, "", "--size: the test picture needs"},
+  };
+  TempDir dir;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.args));
+    const test::RunResult r = RunQuillon(c.args, dir);
+    EXPECT_EQ(r.status, c.status) << r.err;
+    EXPECT_TRUE(Contains(r.out, c.out)) << r.out;
+    EXPECT_TRUE(Contains(r.err, c.err)) << r.err;
+    EXPECT_EQ(c.status == 0 ? r.err : r.out, "");
+  }
+}
+
+// Writes a YUV4MPEG2 stream of `frames` random frames.
+std::string MakeY4m(const TempDir& dir, const std::string& name, const StreamInfo& info, int frames,
+                    uint32_t seed) {
+  Y4mWriter writer(dir / name, info);
+  std::string pixels;
+  for (int i = 0; i < frames; ++i) {
+    const Frame frame = test::RandomFrame(info.format, info.width, info.height, seed + i);
+    writer.Write(frame);
+    pixels.append(reinterpret_cast<const char*>(frame.data()), frame.byte_size());
+  }
+  writer.Finish();
+  return pixels;
+}
+
+TEST(Cli, Y4mPassesThroughUnchangedAndFramesLimits) {
+  TempDir dir;
+  StreamInfo info;
+  info.width = 16;
+  info.height = 8;
+  info.order = FieldOrder::kTopFirst;
+  info.format = PixelFormat::kYuv422p;
+  const std::string pixels = MakeY4m(dir, "in.y4m", info, 5, 9);
+  test::RunResult r = RunQuillon({"convert", "in.y4m", "out.y4m"}, dir);
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.err, "");  // no bar when standard error is no terminal
+  EXPECT_EQ(test::ReadFile(dir / "out.y4m"), test::ReadFile(dir / "in.y4m"));
+
+  r = RunQuillon({"convert", "in.y4m", "three.yuv", "--frames", "3"}, dir);
+  ASSERT_EQ(r.status, 0) << r.err;
+  const std::size_t frame_bytes = 16 * 8 * 2;
+  EXPECT_EQ(test::ReadFile(dir / "three.yuv"), pixels.substr(0, 3 * frame_bytes));
+
+  // Raw back to Y4M: the raw stream's format, size and field order come from
+  // the options.
+  r = RunQuillon(
+      {"convert", "-f", "yuv422p", "-s", "16x8", "--interlace", "tff", "three.yuv", "back.y4m"},
+      dir);
+  ASSERT_EQ(r.status, 0) << r.err;
+  Y4mReader back(dir / "back.y4m");
+  EXPECT_EQ(back.info().order, FieldOrder::kTopFirst);
+  EXPECT_EQ(back.info().frame_count, 3);
+}
+
+TEST(Cli, PngPassesThroughUnchanged) {
+  TempDir dir;
+  const Frame picture = test::RandomFrame(PixelFormat::kRgba, 13, 7, 77);
+  WritePng(dir / "in.png", picture);
+  ASSERT_EQ(RunQuillon({"convert", "in.png", "out.png"}, dir).status, 0);
+  Frame read;
+  ReadPng(dir / "out.png", read);
+  EXPECT_TRUE(test::SameBytes(read, picture));
+  // PNG to raw RGBA and back, by way of the file names.
+  ASSERT_EQ(RunQuillon({"convert", "in.png", "pic.rgba"}, dir).status, 0);
+  EXPECT_EQ(test::ReadFile(dir / "pic.rgba"),
+            std::string(reinterpret_cast<const char*>(picture.data()), picture.byte_size()));
+  ASSERT_EQ(
+      RunQuillon({"convert", "-f", "rgba", "-s", "13x7", "pic.rgba", "again.png"}, dir).status, 0);
+  ReadPng(dir / "again.png", read);
+  EXPECT_TRUE(test::SameBytes(read, picture));
+}
+
+// Every failure: exit status 1, one line naming the file and the fault, no
+// output file, finished or temporary, left behind, and an older file under
+// the output's name kept as it was.
+TEST(Cli, ErrorsAreOneLineAndLeaveNoOutput) {
+  TempDir dir;
+  StreamInfo info;
+  info.width = 8;
+  info.height = 4;
+  MakeY4m(dir, "good.y4m", info, 2, 1);
+  const std::string good = test::ReadFile(dir / "good.y4m");
+  info.height = 6;
+  MakeY4m(dir, "six.y4m", info, 1, 1);
+  test::WriteFile(dir / "cut.y4m", good.substr(0, good.size() - 10));
+  test::WriteFile(dir / "c444.y4m", "YUV4MPEG2 W8 H4 C444\nFRAME\n" + std::string(96, 'x'));
+  test::WriteFile(dir / "notes.y4m", "these are notes\n");
+  test::WriteFile(dir / "bad.png", "not a png at all");
+  test::WriteFile(dir / "short.yuv", std::string(47, 'x'));
+  WritePng(dir / "seq1.png", test::RandomFrame(PixelFormat::kRgb24, 4, 4, 1));
+  WritePng(dir / "seq2.png", test::RandomFrame(PixelFormat::kRgb24, 4, 2, 2));
+  test::WriteFile(dir / "out.y4m", "precious");
+  struct Case {
+    std::vector<std::string> args;
+    std::string err;
+  };
+  const Case cases[] = {
+      {{"convert", "missing.y4m", "out.y4m"},
+       "quillon: missing.y4m: cannot open: No such file or directory\n"},
+      {{"convert", "notes.y4m", "out.y4m"},
+       "quillon: notes.y4m: unknown format: not a YUV4MPEG2 stream\n"},
+      {{"convert", "short.yuv", "out.y4m"},
+       "quillon: short.yuv: unknown format: raw frames need --in-format FMT and --in-size WxH "
+       "(or name the file *.y4m or *.png)\n"},
+      {{"convert", "cut.y4m", "out.y4m"}, "quillon: cut.y4m: truncated frame 2: 38 of 48 bytes\n"},
+      {{"convert", "-f", "yuv420p", "-s", "8x4", "short.yuv", "out.yuv"},
+       "quillon: short.yuv: truncated frame 1: 47 of 48 bytes of a 8x4 yuv420p frame\n"},
+      {{"convert", "c444.y4m", "out.y4m"},
+       "quillon: c444.y4m: unsupported chroma layout C444 (quillon reads 4:2:0 and 4:2:2: "
+       "C420jpeg, C420mpeg2, C420paldv, C420, C422)\n"},
+      {{"convert", "bad.png", "out.png"}, "quillon: bad.png: unreadable PNG: not a PNG file\n"},
+      {{"convert", "seq%d.png", "out%d.png"},
+       "quillon: seq2.png: size mismatch: 4x2, the first picture of the sequence is 4x4\n"},
+      {{"convert", "good.y4m", "out.y4m", "--out-format", "bgra"},
+       "quillon: --out-format: the output file cannot hold bgra\n"},
+      {{"convert", "good.y4m", "no-folder/out.y4m"}, "quillon: no-folder/out.y4m: cannot create"},
+      {{"convert", "six.y4m", "f.y4m", "--fields", "split"},
+       "quillon: f.y4m: unsupported size: splitting yuv420p into fields needs a height that is a "
+       "multiple of 4, not 6"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.args));
+    const std::vector<std::string> before = dir.List();
+    const test::RunResult r = RunQuillon(c.args, dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err.substr(0, c.err.size()), c.err);
+    EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
+    EXPECT_EQ(dir.List(), before);
+  }
+  EXPECT_EQ(test::ReadFile(dir / "out.y4m"), "precious");
+}
+
+}  // namespace
+}  // namespace quillon
