@@ -76,6 +76,11 @@ inline bool IsAverage(const ChromaTaps& t) {
   return t.ta == 0 && t.tb == 2 && t.tc == 2 && t.td == 0 && t.round == 2 && t.shift == 2;
 }
 
+// (2, 6) or (6, 2): the quarter rules (p + 3c + 2) >> 2 in eighths.
+inline bool IsQuarterMix(const ChromaBlend& w) {
+  return (w.wa == 2 && w.wb == 6) || (w.wa == 6 && w.wb == 2);
+}
+
 using InterleaveYuyvRowFn = void (*)(uint8_t* dst, const uint8_t* y, const uint8_t* u,
                                      const uint8_t* v, int width);
 using BlendChromaRowFn = void (*)(uint8_t* dst, const uint8_t* a, const uint8_t* b, int count,

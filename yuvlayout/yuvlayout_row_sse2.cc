@@ -66,6 +66,15 @@ __m128i Blend16(__m128i a, __m128i b, const BlendWeights& w) {
   return _mm_packus_epi16(_mm_srli_epi16(lo, 3), _mm_srli_epi16(hi, 3));
 }
 
+// (p + 3c + 2) >> 2 with byte averages: t = floor((p + c) / 2) is the
+// rounding average less the dropped half, and avg(t, c) =
+// floor((p + 3c + 2) / 4) when p + c is even; when it is odd p + 3c is odd
+// too, and floor((p + 3c + 1) / 4) == floor((p + 3c + 2) / 4) for odd sums.
+__m128i QuarterMix(__m128i p, __m128i c) {
+  const __m128i half_dropped = _mm_and_si128(_mm_xor_si128(p, c), _mm_set1_epi8(1));
+  return _mm_avg_epu8(_mm_sub_epi8(_mm_avg_epu8(p, c), half_dropped), c);
+}
+
 }  // namespace
 
 void InterleaveYuyvRow_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
@@ -80,6 +89,16 @@ void InterleaveYuyvRow_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, co
 
 void BlendChromaRow_SSE2(uint8_t* dst, const uint8_t* a, const uint8_t* b, int count,
                          const ChromaBlend* w) {
+  // The quarter rules (p + 3c + 2) >> 2 of plain 4:2:0 chroma need no
+  // widening; see QuarterMix.
+  if (IsQuarterMix(*w)) {
+    const uint8_t* light = w->wa == 2 ? a : b;
+    const uint8_t* heavy = w->wa == 2 ? b : a;
+    for (int i = 0; i < count; i += 16) {
+      Store(dst + i, QuarterMix(Load(light + i), Load(heavy + i)));
+    }
+    return;
+  }
   const BlendWeights weights(w);
   for (int i = 0; i < count; i += 16) Store(dst + i, Blend16(Load(a + i), Load(b + i), weights));
 }

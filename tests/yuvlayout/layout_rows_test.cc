@@ -3,6 +3,7 @@
 // sources that end at an inaccessible page.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -186,6 +187,26 @@ TEST(LayoutRowsSimd, InterleaveMatchesReference) {
     ASSERT_EQ(MismatchMap(want.data(), got.data(), bytes, 1), "");
     ASSERT_TRUE(got.GuardsIntact());
   });
+}
+
+TEST(LayoutRowsSimd, QuarterBlendIsExactForEveryBytePair) {
+  // Every (p, c) pair through both quarter weightings at every SIMD level:
+  // 256 rows of 256 bytes, row p against the ramp 0..255.
+  std::vector<uint8_t> ramp(256), flat(256), want(256), got(256);
+  for (int i = 0; i < 256; ++i) ramp[i] = static_cast<uint8_t>(i);
+  const BlendChromaRowFn rows[] = {BlendChromaRow_SSE2, BlendChromaRow_AVX2};
+  const KernelLevel levels[] = {KernelLevel::kSse2, KernelLevel::kAvx2};
+  for (int r = 0; r < 2; ++r) {
+    if (levels[r] > MachineKernelLevel()) continue;
+    for (const ChromaBlend w : {ChromaBlend{2, 6}, ChromaBlend{6, 2}}) {
+      for (int p = 0; p < 256; ++p) {
+        std::fill(flat.begin(), flat.end(), static_cast<uint8_t>(p));
+        BlendChromaRow_C(want.data(), flat.data(), ramp.data(), 256, &w);
+        rows[r](got.data(), flat.data(), ramp.data(), 256, &w);
+        ASSERT_EQ(want, got) << "level " << r << " p=" << p << " wa=" << w.wa;
+      }
+    }
+  }
 }
 
 TEST(LayoutRowsSimd, BlendMatchesReferenceForEveryWeight) {
