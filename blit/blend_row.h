@@ -25,6 +25,9 @@
 //   As = 0 over: w = share[0][Ad] = 0 and alpha = Ad: the result is dst.
 //   The inverted blend mirrors them (As = 0 gives src with alpha 255,
 //   As = 255 leaves dst).
+//   Ad = 255 over a whole block (a video frame under an overlay): w =
+//   share[a][255] = max(257a - 1, 0) >> 1 needs no table or division, and
+//   the alpha formula gives 255 in both blends.
 #ifndef QBO_BLIT_BLEND_ROW_H_
 #define QBO_BLIT_BLEND_ROW_H_
 

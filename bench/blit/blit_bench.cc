@@ -42,6 +42,15 @@ void MakeOverlay(Frame& f) {
   }
 }
 
+// Arg 0: random pixels over random pixels. Arg 1: the overlay over random
+// pixels. Arg 2: the overlay over an opaque video frame, a player's case.
+void MakeBlendPair(benchmark::State& state, Frame& src, Frame& dst) {
+  if (state.range(0) >= 1) MakeOverlay(src);
+  if (state.range(0) == 2) {
+    for (std::size_t i = 3; i < dst.size(); i += 4) dst.data()[i] = 255;
+  }
+}
+
 void SetFrameCounters(benchmark::State& state, std::size_t bytes) {
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
 }
@@ -50,34 +59,34 @@ void SetFrameCounters(benchmark::State& state, std::size_t bytes) {
 void BM_QN_BitBlt_Over(benchmark::State& state, KernelLevel level) {
   LevelScope scope(state, level);
   Frame src(Bytes(kW, kH)), dst(Bytes(kW, kH));
-  if (state.range(0)) MakeOverlay(src);
+  MakeBlendPair(state, src, dst);
   for (auto _ : state) {
     QN_BitBlt(dst.data(), 0, 0, kW, kH, kW, kH, src.data(), 0, 0, kW, kH, kW, kH, 0, 0);
     benchmark::ClobberMemory();
   }
   SetFrameCounters(state, Bytes(kW, kH));
 }
-BENCHMARK_CAPTURE(BM_QN_BitBlt_Over, C, KernelLevel::kC)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_QN_BitBlt_Over, SSE2, KernelLevel::kSse2)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_QN_BitBlt_Over, AVX2, KernelLevel::kAvx2)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_QN_BitBlt_Over, C, KernelLevel::kC)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_QN_BitBlt_Over, SSE2, KernelLevel::kSse2)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_QN_BitBlt_Over, AVX2, KernelLevel::kAvx2)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 #if defined(QBO_BENCH_LIBYUV)
 void BM_libyuv_ARGBBlend(benchmark::State& state) {
   Frame src(Bytes(kW, kH)), dst(Bytes(kW, kH));
-  if (state.range(0)) MakeOverlay(src);
+  MakeBlendPair(state, src, dst);
   for (auto _ : state) {
     libyuv::ARGBBlend(src.data(), kW * 4, dst.data(), kW * 4, dst.data(), kW * 4, kW, kH);
     benchmark::ClobberMemory();
   }
   SetFrameCounters(state, Bytes(kW, kH));
 }
-BENCHMARK(BM_libyuv_ARGBBlend)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_libyuv_ARGBBlend)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 #endif
 
 #if defined(QBO_BENCH_PIXMAN)
 void BM_pixman_Over(benchmark::State& state) {
   Frame src(Bytes(kW, kH)), dst(Bytes(kW, kH));
-  if (state.range(0)) MakeOverlay(src);
+  MakeBlendPair(state, src, dst);
   pixman_image_t* s = pixman_image_create_bits(PIXMAN_a8r8g8b8, kW, kH,
                                                reinterpret_cast<uint32_t*>(src.data()), kW * 4);
   pixman_image_t* d = pixman_image_create_bits(PIXMAN_a8r8g8b8, kW, kH,
@@ -90,7 +99,7 @@ void BM_pixman_Over(benchmark::State& state) {
   pixman_image_unref(d);
   SetFrameCounters(state, Bytes(kW, kH));
 }
-BENCHMARK(BM_pixman_Over)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_pixman_Over)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 #endif
 
 // ---- bilinear and area scales ----
