@@ -27,12 +27,6 @@ void FillTable(KernelLevel level) {
 
 KernelLevel Min(KernelLevel a, KernelLevel b) { return a < b ? a : b; }
 
-// The table starts at the reference level, so a kernel is never null even
-// before attach has run.
-struct InitialFill {
-  InitialFill() { FillTable(KernelLevel::kC); }
-} g_initial_fill;
-
 }  // namespace
 
 KernelLevel MachineKernelLevel() {

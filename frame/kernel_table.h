@@ -30,6 +30,10 @@ struct KernelTable {
   PlanarToRgbaKernels planar_to_rgba;
 };
 
+// Filled by attach. It has no dynamic initializer of its own on purpose:
+// one would run in an unspecified order against the shared library's
+// constructor and could reset the table to the reference rows after
+// attach had chosen the machine's level.
 extern KernelTable g_kernels;
 
 inline const KernelTable& Kernels() { return g_kernels; }

@@ -12,7 +12,7 @@
 
 namespace qbo::test {
 
-using BlitFn = int32_t (*)(void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
+using BlitFn = int32_t (QBO_CALLEE*)(void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
                            const void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
                            int32_t, int32_t);
 

@@ -10,7 +10,7 @@
 namespace qbo::test {
 namespace {
 
-using YuyvFn = int32_t (*)(void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
+using YuyvFn = int32_t (QBO_CALLEE*)(void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
                            const void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
                            int32_t, int32_t, int32_t);
 

@@ -87,13 +87,13 @@ std::size_t YuyvBytes(int32_t width) { return static_cast<std::size_t>((width + 
 
 // ---- 32-bit frames and splits -------------------------------------------
 
-using FrameFn = int32_t (*)(void*, int32_t, const void*, int32_t, int32_t, int32_t, int32_t,
+using FrameFn = int32_t (QBO_CALLEE*)(void*, int32_t, const void*, int32_t, int32_t, int32_t, int32_t,
                             int32_t);
-using SplitFn = void (*)(void*, int32_t, void*, int32_t, const void*, int32_t, int32_t, int32_t,
+using SplitFn = void (QBO_CALLEE*)(void*, int32_t, void*, int32_t, const void*, int32_t, int32_t, int32_t,
                          int32_t, int32_t);
-using AlphaFrameFn = void (*)(void*, int32_t, void*, int32_t, const void*, int32_t, int32_t,
+using AlphaFrameFn = void (QBO_CALLEE*)(void*, int32_t, void*, int32_t, const void*, int32_t, int32_t,
                               int32_t, int32_t, int32_t);
-using AlphaSplitFn = void (*)(void*, int32_t, void*, int32_t, void*, int32_t, void*, int32_t,
+using AlphaSplitFn = void (QBO_CALLEE*)(void*, int32_t, void*, int32_t, void*, int32_t, void*, int32_t,
                               const void*, int32_t, int32_t, int32_t, int32_t, int32_t);
 
 struct Size {
@@ -308,8 +308,8 @@ TEST(RgbToYuyvExports, EmptySizesWriteNothing) {
 
 // ---- 24-bit frames and splits ------------------------------------------
 
-using Rgb24Fn = void (*)(void*, int32_t, const void*, int32_t, int32_t, int32_t, int32_t, int32_t);
-using Rgb24SplitFn = void (*)(void*, int32_t, void*, int32_t, const void*, int32_t, int32_t,
+using Rgb24Fn = void (QBO_CALLEE*)(void*, int32_t, const void*, int32_t, int32_t, int32_t, int32_t, int32_t);
+using Rgb24SplitFn = void (QBO_CALLEE*)(void*, int32_t, void*, int32_t, const void*, int32_t, int32_t,
                               int32_t, int32_t, int32_t);
 
 TEST(Rgb24ToYuyvFrame, GroupCountComesFromThePitch) {

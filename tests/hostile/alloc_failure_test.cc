@@ -31,7 +31,7 @@ struct Case {
 
 std::vector<Case> Cases() {
   const std::size_t plane = std::size_t{kW} * kH * 4;
-  auto blit = [](int32_t (*fn)(void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
+  auto blit = [](int32_t(QBO_CALLEE* fn)(void*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
                                const void*, int32_t, int32_t, int32_t, int32_t, int32_t,
                                int32_t, int32_t, int32_t),
                  int32_t mode, int32_t field) {
