@@ -8,16 +8,16 @@ namespace quillon {
 
 namespace {
 
-const OptionSpec* FindLong(const std::vector<OptionSpec>& specs, const std::string& name) {
-  for (const OptionSpec& spec : specs) {
-    if (name == spec.name) return &spec;
+const OptionSpec* FindLong(const std::vector<OptionSpec>& options, const std::string& name) {
+  for (const OptionSpec& option : options) {
+    if (name == option.name) return &option;
   }
   return nullptr;
 }
 
-const OptionSpec* FindShort(const std::vector<OptionSpec>& specs, char name) {
-  for (const OptionSpec& spec : specs) {
-    if (spec.short_name != 0 && spec.short_name == name) return &spec;
+const OptionSpec* FindShort(const std::vector<OptionSpec>& options, char name) {
+  for (const OptionSpec& option : options) {
+    if (option.short_name != 0 && option.short_name == name) return &option;
   }
   return nullptr;
 }
@@ -30,7 +30,7 @@ std::optional<std::string> ParsedArgs::Value(const std::string& name) const {
   return it->second.back();
 }
 
-ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<OptionSpec>& specs,
+ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<OptionSpec>& options,
                      const std::string& command) {
   ParsedArgs parsed;
   bool options_done = false;
@@ -44,7 +44,7 @@ ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<Opt
       options_done = true;
       continue;
     }
-    const OptionSpec* spec = nullptr;
+    const OptionSpec* option = nullptr;
     std::optional<std::string> inline_value;
     std::string shown = arg;
     if (arg[1] == '-') {
@@ -52,47 +52,47 @@ ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<Opt
       const std::string name =
           arg.substr(2, equals == std::string::npos ? std::string::npos : equals - 2);
       if (equals != std::string::npos) inline_value = arg.substr(equals + 1);
-      spec = FindLong(specs, name);
+      option = FindLong(options, name);
       shown = "--" + name;
     } else {
-      spec = FindShort(specs, arg[1]);
+      option = FindShort(options, arg[1]);
       shown = arg.substr(0, 2);
       if (arg.size() > 2) inline_value = arg.substr(2);
     }
-    if (spec == nullptr) throw UsageError(command + ": unknown option '" + shown + "'");
-    if (spec->value_name == nullptr) {
+    if (option == nullptr) throw UsageError(command + ": unknown option '" + shown + "'");
+    if (option->value_name == nullptr) {
       if (inline_value) {
         throw UsageError(command + ": option '" + shown + "' takes no value");
       }
-      parsed.options[spec->name].push_back("");
+      parsed.options[option->name].push_back("");
       continue;
     }
     if (!inline_value) {
       if (i + 1 >= args.size()) {
-        throw UsageError(command + ": option '" + shown + "' needs a value (" + spec->value_name +
+        throw UsageError(command + ": option '" + shown + "' needs a value (" + option->value_name +
                          ")");
       }
       inline_value = args[++i];
     }
-    parsed.options[spec->name].push_back(*inline_value);
+    parsed.options[option->name].push_back(*inline_value);
   }
   return parsed;
 }
 
-std::string OptionHelp(const std::vector<OptionSpec>& specs) {
+std::string OptionHelp(const std::vector<OptionSpec>& options) {
   std::vector<std::string> left;
   std::size_t widest = 0;
-  for (const OptionSpec& spec : specs) {
+  for (const OptionSpec& option : options) {
     std::string text =
-        spec.short_name != 0 ? std::string("  -") + spec.short_name + ", " : "      ";
-    text += std::string("--") + spec.name;
-    if (spec.value_name != nullptr) text += std::string(" ") + spec.value_name;
+        option.short_name != 0 ? std::string("  -") + option.short_name + ", " : "      ";
+    text += std::string("--") + option.name;
+    if (option.value_name != nullptr) text += std::string(" ") + option.value_name;
     widest = std::max(widest, text.size());
     left.push_back(text);
   }
   std::string help;
-  for (std::size_t i = 0; i < specs.size(); ++i) {
-    help += left[i] + std::string(widest + 2 - left[i].size(), ' ') + specs[i].help + "\n";
+  for (std::size_t i = 0; i < options.size(); ++i) {
+    help += left[i] + std::string(widest + 2 - left[i].size(), ' ') + options[i].help + "\n";
   }
   return help;
 }

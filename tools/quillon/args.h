@@ -29,11 +29,11 @@ struct ParsedArgs {
 
 // Throws UsageError naming `command` for an unknown option or a missing
 // value.
-ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<OptionSpec>& specs,
+ParsedArgs ParseArgs(const std::vector<std::string>& args, const std::vector<OptionSpec>& options,
                      const std::string& command);
 
 // The option table as help text, one aligned line per option.
-std::string OptionHelp(const std::vector<OptionSpec>& specs);
+std::string OptionHelp(const std::vector<OptionSpec>& options);
 
 // "1920x1080" -> (1920, 1080); throws UsageError naming `option`.
 void ParseSize(const std::string& text, const std::string& option, int& width, int& height);
