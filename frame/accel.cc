@@ -125,7 +125,9 @@ std::vector<PathString> ExtendSearchPath(Platform& platform, const PathString& f
   std::vector<PathString> added;
   PathString value;
   platform.GetSearchPath(&value);
-  if (value.size() > kMaxSearchPath) value.resize(kMaxSearchPath);
+  // A value longer than the loader's buffer is left as it is: writing back
+  // a cut copy would drop the folders at its end from the process.
+  const bool keep_value = value.size() > kMaxSearchPath;
   BeginSearchPathEdit(&value);
 
   const PathString core = folder + QBO_PATH("CoreDLL");
@@ -136,7 +138,7 @@ std::vector<PathString> ExtendSearchPath(Platform& platform, const PathString& f
     const PathString dir = core + kSep + subfolders[i] + kSep + QBO_PATH("x86");
     added.push_back(dir);
     AddSearchPathEntry(&value, dir);
-    platform.SetSearchPath(value);
+    if (!keep_value) platform.SetSearchPath(value);
   }
   return added;
 }

@@ -173,6 +173,12 @@ TEST_F(AccelLoaderTest, LongSearchPathIsNeverOverrun) {
   EXPECT_LE(platform_.search_path.size(), 4095u);
   // The explicit folder tries still find the modules.
   EXPECT_EQ(static_cast<void*>(g_accel.vela_vid_api), g_table_b);
+
+  // A value already longer than the buffer is never cut and written back.
+  const PathString huge(5000, QBO_PATH('b'));
+  platform_.search_path = huge;
+  LoadAccelerationModules(platform_);
+  EXPECT_EQ(platform_.search_path, huge);
 }
 
 }  // namespace
