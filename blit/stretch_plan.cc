@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "frame/single_precision.h"
+
 namespace qbo {
 namespace {
 
@@ -62,12 +64,12 @@ bool ClipEnds(Axis a) {
 }
 
 inline float Scale(int64_t src_length, int64_t dst_length) {
-  return static_cast<float>(static_cast<double>(src_length) / static_cast<double>(dst_length));
+  return RoundToSingle(static_cast<double>(src_length) / static_cast<double>(dst_length));
 }
 
 inline float Start(int64_t src_in, int64_t dst_moved, float scale) {
-  return static_cast<float>(static_cast<double>(src_in) +
-                            static_cast<double>(dst_moved) * static_cast<double>(scale));
+  return RoundToSingle(static_cast<double>(src_in) +
+                       static_cast<double>(dst_moved) * static_cast<double>(scale));
 }
 
 }  // namespace

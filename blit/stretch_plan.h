@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "blit/blit_args.h"
+#include "frame/single_precision.h"
 
 namespace qbo {
 
@@ -48,7 +49,7 @@ void BuildMeanAxis(float start, float scale, int64_t n, int32_t* counts, float* 
 int64_t LimitMeanWalk(int32_t* counts, int64_t n, int64_t available);
 
 // 1 / scale in double precision, stored single.
-inline float MeanNorm(float scale) { return static_cast<float>(1.0 / static_cast<double>(scale)); }
+inline float MeanNorm(float scale) { return RoundToSingle(1.0 / static_cast<double>(scale)); }
 
 }  // namespace qbo
 

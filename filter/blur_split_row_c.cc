@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "filter/blur_split_row.h"
+#include "frame/single_precision.h"
 
 namespace qbo {
 namespace {
@@ -37,7 +38,7 @@ BlurWeights BlurWeightsOf(const int32_t w[3]) {
   const int32_t sum = static_cast<int32_t>(static_cast<uint32_t>(w[0]) +
                                            static_cast<uint32_t>(w[1]) +
                                            static_cast<uint32_t>(w[2]));
-  const float scale = static_cast<float>(1.0 / static_cast<double>(static_cast<float>(sum)));
+  const float scale = RoundToSingle(1.0 / static_cast<double>(static_cast<float>(sum)));
   BlurWeights q{};
   for (int i = 0; i < 3; ++i) {
     const double rounded =

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "filter/resample_row.h"
+#include "frame/single_precision.h"
 
 namespace qbo {
 namespace {
@@ -88,7 +89,7 @@ void BuildResampleKernel(ResampleKernel* k, int taps, int32_t dst_size, int32_t 
   constexpr float kPi = 3.14159f;
   const float ratio = static_cast<float>(dst_size) / static_cast<float>(src_size);
   // Upscaling keeps the plain sinc; downscaling widens it by the ratio.
-  float fc = static_cast<float>(static_cast<double>(ratio) * static_cast<double>(kPi));
+  float fc = RoundToSingle(static_cast<double>(ratio) * static_cast<double>(kPi));
   if (fc > 3.14159) fc = kPi;
 
   for (int phase = 0; phase < k->phases; ++phase) {
@@ -101,7 +102,7 @@ void BuildResampleKernel(ResampleKernel* k, int taps, int32_t dst_size, int32_t 
       if (x == 0.0f) {
         raw[t] = kUnity;
       } else {
-        const float s = static_cast<float>(std::sin(static_cast<double>(x)));
+        const float s = RoundToSingle(std::sin(static_cast<double>(x)));
         raw[t] = static_cast<int32_t>(static_cast<double>(s) / static_cast<double>(x) *
                                       window[t] * 4096.0);
       }

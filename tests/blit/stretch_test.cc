@@ -40,6 +40,9 @@ TEST(StretchPlan, ClippingSteps) {
       {"destination excess", {35, 0, 10, 4, 40, 8, 0, 0, 20, 4, 40, 8, 1, 0}, false, true, 35, 5, 0, 10, 0.0f},
       // Source excess 6 at scale 2: width 10 - ceil(3) = 7.
       {"source excess", {0, 0, 10, 4, 40, 8, 26, 0, 20, 4, 40, 8, 1, 0}, false, true, 0, 7, 26, 14, 26.0f},
+      // scaleX 31/9 = 3.4444444f; srcX -25: k = ceil(7.26) = 8; startX =
+      // -25 + 8 x 3.4444444f = 2.5555553 (not 2.5555556 from the double).
+      {"scale on a float edge", {0, 0, 9, 4, 40, 8, -25, 0, 31, 4, 40, 8, 1, 0}, false, true, 8, 1, 0, 6, 2.5555553436279297f},
       {"zero width", {0, 0, 0, 4, 40, 8, 0, 0, 20, 4, 40, 8, 1, 0}, false, false, 0, 0, 0, 0, 0},
       {"start past the source", {0, 0, 4, 4, 40, 8, 40, 0, 20, 4, 40, 8, 1, 0}, false, false, 0, 0, 0, 0, 0},
       {"rectangle ends before the buffer", {-4, 0, 4, 4, 40, 8, 0, 0, 20, 4, 40, 8, 1, 0}, false, false, 0, 0, 0, 0, 0},
