@@ -7,13 +7,24 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32)
   add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
 endif()
 
+set(QBO_X86 OFF)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64|i[3-6]86|x86)$")
+  set(QBO_X86 ON)
+endif()
+
 set(QBO_WIN_X86 OFF)
-if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
-  set(QBO_WIN_X86 ON)
+set(QBO_X86_32 OFF)
+if(QBO_X86 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+  set(QBO_X86_32 ON)
+  if(WIN32)
+    set(QBO_WIN_X86 ON)
+  endif()
   # SSE2 is the library's x86 baseline, and x87 arithmetic would carry excess
   # precision into the float rows, rounding them differently from the SIMD
   # rows. 32-bit Windows callers keep esp only 4-byte aligned, so every
-  # function that needs an aligned stack slot realigns its own frame.
+  # function that needs an aligned stack slot realigns its own frame; the
+  # 32-bit Linux build uses the same code generation so that it runs what
+  # the DLL runs.
   add_compile_options(-msse2 -mfpmath=sse -mincoming-stack-boundary=2)
 endif()
 if(WIN32)
@@ -25,11 +36,6 @@ if(QBO_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-endif()
-
-set(QBO_X86 OFF)
-if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64|i[3-6]86|x86)$")
-  set(QBO_X86 ON)
 endif()
 
 # Rows built for one instruction set carry it in their file name:

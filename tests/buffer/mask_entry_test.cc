@@ -204,16 +204,18 @@ TEST(MaskExports, ExtremeArgumentsStayInsideThePlanes) {
         Call c = base;
         c.*fields[field] = value;
         // A huge plane is one row or one column high, and the placement
-        // starts on it, so the call still does work.
+        // starts on it, so the call still does work. It is as large as
+        // the address space allows.
+        const std::size_t unit = op == Op::kFill ? 4 : 1;
         if (value > 1000) {
           if (field == 4 || field == 5) c.dst_width = c.dst_height = 1;
           if (field == 4 || field == 5) c.x = c.y = 0;
           if (field == 8 || field == 9) c.src_width = c.src_height = 1;
           if (field == 8 || field == 9) c.src_x = c.src_y = 0;
-          c.*fields[field] = value;
+          const bool plane_size = field == 4 || field == 5 || field == 8 || field == 9;
+          c.*fields[field] = plane_size ? std::min(value, LargestPlane(field < 8 ? unit : 1)) : value;
         }
         SCOPED_TRACE(::testing::Message() << Name(op) << " field " << field << " = " << value);
-        const std::size_t unit = op == Op::kFill ? 4 : 1;
         PageEndBuffer dst(PlaneBytes(c.dst_width, c.dst_height, unit));
         PageEndBuffer src(PlaneBytes(c.src_width, c.src_height, 1));
         if (src.size() <= 64) std::memset(src.data(), 200, src.size());

@@ -23,7 +23,7 @@ set_target_properties(qbo_exports_fixture PROPERTIES
 # The program sits beside the DLL so the loader finds it at start.
 set(dll_test_sources windows/dll_exports_test.cc windows/import_library_test.cc)
 if(QBO_WIN_X86)
-  list(APPEND dll_test_sources windows/stack_test.cc windows/stack_thunks_x86.cc)
+  list(APPEND dll_test_sources abi/stack_test.cc abi/stack_thunks_x86.cc)
 endif()
 add_executable(qbo_windows_dll_tests ${dll_test_sources})
 target_include_directories(qbo_windows_dll_tests PRIVATE

@@ -1,10 +1,11 @@
-// 32-bit calling contract of the DLL's exports, checked at the machine
-// level: who pops the arguments (the header's QBO_CALLEE / QBO_CALLER), the
-// registers every Windows caller expects back, and correct results when the
-// caller's stack is only 4-byte aligned, as MSVC, Delphi and VB6 hosts
-// leave it.
+// 32-bit calling contract of the library's exports, checked at the machine
+// level: who pops the arguments (on Windows the header's QBO_CALLEE /
+// QBO_CALLER, on Linux always the caller), the registers every caller
+// expects back, and correct results when the caller's stack is only 4-byte
+// aligned, as MSVC, Delphi and VB6 hosts leave it. The Linux build runs the
+// same code generation as the DLL, so the library's own exports are
+// checked there too; the Windows fixture DLL only on Windows.
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <cstdint>
 #include <cstring>
@@ -12,16 +13,22 @@
 #include <string>
 #include <vector>
 
+#if defined(_WIN32)
+#include <windows.h>
+
 #include "tests/windows/export_list.h"
+#else
+#include <dlfcn.h>
+#endif
 
 extern "C" int32_t QboCallWithStack(const void* fn, const uint32_t* args, int32_t argc,
                                     int32_t misalign, int32_t* report);
 
 // Controls that show the thunk itself measures right.
-extern "C" int32_t __stdcall QboStdcallControl(int32_t a, int32_t b, int32_t c) {
+extern "C" __attribute__((stdcall)) int32_t QboStdcallControl(int32_t a, int32_t b, int32_t c) {
   return a * 100 + b * 10 + c;
 }
-extern "C" int32_t __cdecl QboCdeclControl(int32_t a, int32_t b, int32_t c) {
+extern "C" __attribute__((cdecl)) int32_t QboCdeclControl(int32_t a, int32_t b, int32_t c) {
   return a * 100 + b * 10 + c;
 }
 
@@ -76,6 +83,34 @@ struct ExportCall {
 
 constexpr const wchar_t* kLibrary = L"QuillonBufferOperaU.dll";
 constexpr const wchar_t* kFixture = L"qbo_exports_fixture.dll";
+
+// Where an export is and how far a call moves esp: 0 when the callee pops
+// its arguments, -4 per argument word when the caller does.
+struct Entry {
+  const void* fn;
+  int32_t expected_delta;
+};
+
+#if defined(_WIN32)
+Entry Lookup(const wchar_t* module, const std::string& name, std::size_t words) {
+  const std::vector<ExportInfo>& list = module == kLibrary ? ExportList() : FixtureExportList();
+  for (const ExportInfo& e : list) {
+    if (e.name != name) continue;
+    EXPECT_EQ(static_cast<std::size_t>(e.arg_count), words) << name;
+    HMODULE dll = GetModuleHandleW(module);
+    return {dll ? reinterpret_cast<const void*>(GetProcAddress(dll, name.c_str())) : nullptr,
+            e.callee_pops ? 0 : -4 * e.arg_count};
+  }
+  ADD_FAILURE() << name << " is no longer declared";
+  return {nullptr, 0};
+}
+#else
+// The library as a host loads it.
+Entry Lookup(const wchar_t*, const std::string& name, std::size_t words) {
+  static void* const library = dlopen(QBO_LIBRARY_PATH, RTLD_NOW);
+  return {library ? dlsym(library, name.c_str()) : nullptr, -4 * static_cast<int32_t>(words)};
+}
+#endif
 
 class ExportCalls {
  public:
@@ -137,6 +172,7 @@ class ExportCalls {
         {kLibrary, "QN_ColorMixLine", [] { return std::vector<uint32_t>{0, 0, 0}; },
          [](int32_t result) { EXPECT_EQ(result, 1); }},
         {kLibrary, "QN_CalMask", [] { return std::vector<uint32_t>(10, 0u); }, [](int32_t) {}},
+#if defined(_WIN32)
         // The fixture DLL: caller-pops entries and second names of both
         // conventions, through the same export machinery.
         {kFixture, "FxStdWeigh3", [] { return std::vector<uint32_t>{1, 2, 3}; },
@@ -149,6 +185,7 @@ class ExportCalls {
          [](int32_t result) { EXPECT_EQ(result, 5); }},
         {kFixture, "FxCdeclDiff2Again", [] { return std::vector<uint32_t>{4, 9}; },
          [](int32_t result) { EXPECT_EQ(result, -5); }},
+#endif
     };
   }
 
@@ -157,30 +194,16 @@ class ExportCalls {
   std::vector<uint8_t> src_, dst_, image_;
 };
 
-const ExportInfo* Find(const wchar_t* module, const std::string& name) {
-  const std::vector<ExportInfo>& list = module == kLibrary ? ExportList() : FixtureExportList();
-  for (const ExportInfo& e : list) {
-    if (e.name == name) return &e;
-  }
-  return nullptr;
-}
-
 TEST(StackContract, ExportsPopAsDeclaredAndRunOnMisalignedStacks) {
   ExportCalls calls;
   for (const ExportCall& call : calls.All()) {
-    HMODULE dll = GetModuleHandleW(call.module);
-    ASSERT_NE(dll, nullptr);
-    const ExportInfo* info = Find(call.module, call.name);
-    ASSERT_NE(info, nullptr) << call.name << " is no longer declared";
-    const void* fn = reinterpret_cast<const void*>(GetProcAddress(dll, call.name.c_str()));
-    ASSERT_NE(fn, nullptr) << call.name;
-    const int32_t expected_delta = info->callee_pops ? 0 : -4 * info->arg_count;
+    const Entry entry = Lookup(call.module, call.name, call.args().size());
+    ASSERT_NE(entry.fn, nullptr) << call.name;
     for (int32_t misalign : kMisalignments) {
       SCOPED_TRACE(call.name + " misaligned by " + std::to_string(misalign));
       const std::vector<uint32_t> args = call.args();
-      ASSERT_EQ(static_cast<int>(args.size()), info->arg_count);
-      const CallResult r = Call(fn, args, misalign);
-      EXPECT_EQ(r.esp_delta, expected_delta);
+      const CallResult r = Call(entry.fn, args, misalign);
+      EXPECT_EQ(r.esp_delta, entry.expected_delta);
       EXPECT_TRUE(r.registers_kept);
       call.check(r.value);
     }

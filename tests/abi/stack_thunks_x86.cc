@@ -1,4 +1,4 @@
-// Calls a function the way a 32-bit Windows host may: arguments pushed on
+// Calls a function the way a 32-bit host may: arguments pushed on
 // a stack that is only 4-byte aligned, then reports how far the call moved
 // esp and whether the callee kept the registers it must preserve.
 //
@@ -13,11 +13,17 @@
 // and edi came back unchanged (a lost ebp crashes). Returns the callee's eax.
 #if defined(__i386__)
 
-__asm__(R"(
-        .text
-        .globl  _QboCallWithStack
-        .def    _QboCallWithStack; .scl 2; .type 32; .endef
-_QboCallWithStack:
+// COFF names carry a leading underscore and declare their type with .def;
+// ELF names do not and use .type.
+#if defined(_WIN32)
+#define QBO_THUNK_HEAD \
+  ".globl _QboCallWithStack\n.def _QboCallWithStack; .scl 2; .type 32; .endef\n_QboCallWithStack:\n"
+#else
+#define QBO_THUNK_HEAD \
+  ".globl QboCallWithStack\n.type QboCallWithStack, @function\nQboCallWithStack:\n"
+#endif
+
+__asm__(".text\n" QBO_THUNK_HEAD R"(
         pushl   %ebp
         movl    %esp, %ebp
         pushl   %ebx
