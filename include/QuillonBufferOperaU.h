@@ -143,8 +143,12 @@ QBO_API int32_t QBO_CALLEE QN_SubMask(void* dst, int32_t x, int32_t y, int32_t d
  * QN_StretchBlt: bilinear. QBO_E_FAIL for a mode other than 0..2; modes 0
  *   and 1 with srcRectWidth or srcRectHeight below 2 are served by
  *   QN_StretchBlt_Mean. 1 when the transfer ran, 0 when a pointer is NULL, a
- *   size is not positive, a start lies outside its buffer or nothing is
- *   left after clipping. The last column (row) of a rectangle that stops
+ *   size is not positive, a start lies outside its buffer, a rectangle ends
+ *   before its buffer begins, or nothing is left after clipping. Clipping
+ *   leaves nothing when a destination overhang moves the source start to
+ *   or past the source buffer's edge, when a source overhang hides every
+ *   destination column (row), or when a field moves the first row below
+ *   the destination buffer. The last column (row) of a rectangle that stops
  *   short of the buffer's edge interpolates with the buffer's next column
  *   (row); a one-pixel-wide (one-row) buffer repeats its pixel instead.
  * QN_StretchBlt_Mean: area mean; the same results, but 0 for an unknown
@@ -154,7 +158,10 @@ QBO_API int32_t QBO_CALLEE QN_SubMask(void* dst, int32_t x, int32_t y, int32_t d
  *   buffer's next column, or repeats its last one at the buffer's edge; no
  *   area reaches past the buffer.
  * The stretches return 0, writing nothing, when their scratch memory cannot
- * be had.
+ * be had, and whenever they return 0 (or QBO_E_FAIL) nothing is written.
+ * Scales are single-precision quotients of the unclipped rectangles; start
+ * positions after an overhang come from those rounded values, so every
+ * build and CPU gives the same pixels.
  */
 QBO_API int32_t QBO_CALLEE QN_BitBlt(void* dst, int32_t dstX, int32_t dstY, int32_t width,
                                     int32_t height, int32_t dstWidth, int32_t dstHeight,
@@ -182,7 +189,8 @@ QBO_API int32_t QBO_CALLEE QN_StretchBlt_Mean(void* dst, int32_t dstX, int32_t d
  *   srcY, srcRectWidth, srcRectHeight, srcWidth, srcHeight, matrix (0 =
  *   BT.601, else BT.709), flip (non-zero: first row written at the bottom
  *   of the rectangle, rows going up). Returns 1 when the transfer ran, 0
- *   when a pointer is NULL or the clipping leaves nothing.
+ *   (nothing written) when a pointer is NULL or the clipping of
+ *   QN_StretchBlt_Mean refuses the rectangles, for the same reasons.
  *   dstX and srcX displace by BYTES, not pixels: the destination row starts
  *   dstX bytes in, the source row (srcX rounded down to even) bytes in.
  *   Callers wanting pixel offsets pass 0 and offset the pointers

@@ -224,12 +224,21 @@ TEST(StretchBlt, ResultsAndHandOver) {
       {"mean null dst", QN_StretchBlt_Mean, {0, 0, 4, 4, 9, 8, 0, 0, 2, 2, 9, 8, 1, 0}, true, 0},
       {"bilinear bad field", QN_StretchBlt, {0, 0, 4, 4, 9, 8, 0, 0, 2, 2, 9, 8, 1, 3}, false, 0},
       {"mean zero height", QN_StretchBlt_Mean, {0, 0, 4, 0, 9, 8, 0, 0, 2, 2, 9, 8, 1, 0}, false, 0},
+      // Refusals of the clipping: k = int(0.5 + 5 x 2) = 10 moves srcX to
+      // 12, the source's edge; k = ceil(20 / 15) = 2 hides both destination
+      // columns; field 1 moves dstY 7 to row 8, below the buffer.
+      {"bilinear source start pushed to the edge", QN_StretchBlt, {-5, 0, 8, 4, 40, 8, 2, 0, 16, 4, 12, 8, 1, 0}, false, 0},
+      {"mean source start pushed to the edge", QN_StretchBlt_Mean, {-5, 0, 8, 4, 40, 8, 2, 0, 16, 4, 12, 8, 1, 0}, false, 0},
+      {"bilinear every column hidden", QN_StretchBlt, {0, 0, 2, 4, 9, 8, -20, 0, 30, 2, 9, 8, 1, 0}, false, 0},
+      {"mean every column hidden", QN_StretchBlt_Mean, {0, 0, 2, 4, 9, 8, -20, 0, 30, 2, 9, 8, 1, 0}, false, 0},
+      {"bilinear field below the buffer", QN_StretchBlt, {0, 7, 4, 1, 9, 8, 0, 0, 2, 2, 9, 8, 1, 1}, false, 0},
+      {"mean field below the buffer", QN_StretchBlt_Mean, {0, 7, 4, 1, 9, 8, 0, 0, 2, 2, 9, 8, 1, 1}, false, 0},
       {"bilinear runs", QN_StretchBlt, {0, 0, 4, 4, 9, 8, 0, 0, 2, 2, 9, 8, 0, 0}, false, 1},
       {"mean runs", QN_StretchBlt_Mean, {0, 0, 4, 4, 9, 8, 0, 0, 2, 2, 9, 8, 2, 1}, false, 1},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Image dst(9, 8, 2);
+    Image dst(c.r.dst_width, c.r.dst_height, 2);
     const std::vector<uint8_t> before = dst.Bytes();
     EXPECT_EQ(Call(c.fn, c.null_dst ? nullptr : dst.data(), src.data(), c.r), c.expected);
     if (c.expected != 1) {

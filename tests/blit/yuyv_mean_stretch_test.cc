@@ -207,6 +207,12 @@ TEST(YuyvMeanStretch, FailuresWriteNothing) {
   bad = ok;
   bad.height = 0;
   EXPECT_EQ(RunYuyv(QN_CS_YUYV2RGBA_MeanStretch, dst.data(), src.data(), bad), 0);
+  // The destination overhang moves the source start by int(0.5 + 3 x 2) = 6
+  // columns, past the 4-pixel source.
+  bad = ok;
+  bad.dst_x = -3;
+  bad.src_rect_width = 8;
+  EXPECT_EQ(RunYuyv(QN_CS_YUYV2BGRA_MeanStretch, dst.data(), src.data(), bad), 0);
   EXPECT_EQ(std::vector<uint8_t>(dst.data(), dst.data() + 64), std::vector<uint8_t>(64, 7));
 }
 
