@@ -27,8 +27,10 @@ void StreamCopy_C(uint8_t* dst, const uint8_t* src, std::size_t size) {
   for (; size; --size) *dst++ = *src++;
 }
 
+// Hosts may pass any byte address; the stores go through memcpy so that
+// an unaligned destination is as well defined as an aligned one.
 void Fill32_C(uint32_t* dst, uint32_t value, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) dst[i] = value;
+  for (std::size_t i = 0; i < count; ++i) std::memcpy(dst + i, &value, 4);
 }
 
 // The reference rows store normally; there is nothing to order.

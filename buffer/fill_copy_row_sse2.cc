@@ -1,5 +1,7 @@
 #include <emmintrin.h>
 
+#include <cstring>
+
 #include "buffer/fill_copy_row.h"
 
 namespace qbo {
@@ -41,7 +43,7 @@ void Fill32_SSE2(uint32_t* dst, uint32_t value, std::size_t count) {
   const __m128i v = _mm_set1_epi32(static_cast<int>(value));
   std::size_t i = 0;
   for (; i + 4 <= count; i += 4) _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i), v);
-  for (; i < count; ++i) dst[i] = value;
+  for (; i < count; ++i) std::memcpy(dst + i, &value, 4);
 }
 
 void Fill32Stream_SSE2(uint32_t* dst, uint32_t value, std::size_t count) {
