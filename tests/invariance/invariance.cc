@@ -407,12 +407,10 @@ std::vector<Export> Exports() {
                      f.bpp);
     return 0;
   });
-  using Compose = void(QBO_CALLEE*)(void*, int32_t, const void*, int32_t, const void*, int32_t,
-                                    const void*, int32_t, int32_t, int32_t);
   using ComposeSplit = void(QBO_CALLEE*)(void*, int32_t, void*, int32_t, const void*, int32_t,
                                          const void*, int32_t, const void*, int32_t, int32_t,
                                          int32_t);
-  auto compose = [](Compose fn) -> Body {
+  auto compose = [](auto fn) -> Body {
     return [fn](Rng& r, Call& c) -> int64_t {
       QBO_PLANES(4);
       fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], s.p[3], s.pitch[3], w, h);
@@ -433,20 +431,12 @@ std::vector<Export> Exports() {
   add("QN_CS_420_422_YUVSplit", compose_split(QN_CS_420_422_YUVSplit));
   add("QN_CS_420_422_YUVFrame_XDCAM", compose(QN_CS_420_422_YUVFrame_XDCAM));
   add("QN_CS_420_422_YUVSplit_XDCAM", compose_split(QN_CS_420_422_YUVSplit_XDCAM));
-  // 4:2:2 to 4:2:0 shares the shape of the compose: three planes out, one in.
-  auto decimate = [](void(QBO_CALLEE * fn)(void*, int32_t, void*, int32_t, void*, int32_t,
-                                           const void*, int32_t, int32_t, int32_t)) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(4);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], s.p[3], s.pitch[3], w, h);
-      return 0;
-    };
-  };
-  add("QN_CS_422_420_YUVField", decimate(QN_CS_422_420_YUVField));
-  add("QN_CS_422_420_YUVFrame", decimate(QN_CS_422_420_YUVFrame));
-  add("QN_CS_422_420_YUVField_4", decimate(QN_CS_422_420_YUVField_4));
-  add("QN_CS_422_420_YUVFrame_4", decimate(QN_CS_422_420_YUVFrame_4));
-  add("QN_CS_422_420_YUVFrame_XDCAM", decimate(QN_CS_422_420_YUVFrame_XDCAM));
+  // 4:2:2 to 4:2:0 has the shape of the compose: four planes, then the size.
+  add("QN_CS_422_420_YUVField", compose(QN_CS_422_420_YUVField));
+  add("QN_CS_422_420_YUVFrame", compose(QN_CS_422_420_YUVFrame));
+  add("QN_CS_422_420_YUVField_4", compose(QN_CS_422_420_YUVField_4));
+  add("QN_CS_422_420_YUVFrame_4", compose(QN_CS_422_420_YUVFrame_4));
+  add("QN_CS_422_420_YUVFrame_XDCAM", compose(QN_CS_422_420_YUVFrame_XDCAM));
   add("QN_CS_422_420_YUVField_XDCAM", [](Rng& r, Call& c) -> int64_t {
     QBO_PLANES(4);
     QN_CS_422_420_YUVField_XDCAM(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2],
