@@ -97,8 +97,9 @@ MUTATIONS = [
     ("buffer/mask_clip.cc", "r.src_width < 1 || r.src_height < 1 || r.src_x >= r.src_width || r.src_y >= r.src_height) {",
      "r.src_width < 1 || r.src_height < 1 || r.src_x > r.src_width || r.src_y >= r.src_height) {",
      "mask accepts a source start one past its plane"),
-    ("filter/resample.cc", "if (a->src_pos < 1) a->src_pos = 0;", "if (a->src_pos < 0) a->src_pos = 0;",
-     "resampling source start clipped one column late"),
+    ("filter/resample.cc", "const double hidden = static_cast<double>(static_cast<float>(a->pos) / scale) - 0.5;",
+     "const double hidden = static_cast<double>(static_cast<float>(a->pos) / scale) + 0.5;",
+     "resampling destination overhang rounds the hidden samples the other way"),
     # Tails and loops that stop one early.
     ("yuvlayout/yuvlayout_row_c.cc", "for (int i = 0; i < (width & ~1); ++i) dst_y[i] = src[2 * i];",
      "for (int i = 0; i + 1 < (width & ~1); ++i) dst_y[i] = src[2 * i];", "luma row stops one pixel early"),

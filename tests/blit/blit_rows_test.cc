@@ -248,6 +248,12 @@ TEST(MeanRowC, HandWorkedValues) {
   many[0] = many[301] = none.data();
   MeanVertRow_C(acc, many.data(), 302, 1.0f, 1.0f, 1.0f, 0, 1);
   EXPECT_EQ(acc[0], 65535.0f);
+  // 257 x 255 = 65535, then a middle row of 1 reaches 65536: held at 65535.
+  std::vector<uint8_t> one(1, 1);
+  many[258] = one.data();
+  many[259] = none.data();
+  MeanVertRow_C(acc, many.data(), 260, 1.0f, 1.0f, 1.0f, 0, 1);
+  EXPECT_EQ(acc[0], 65535.0f);
 
   // Horizontal: pixel 0 folds columns 0..2 with w0 0.5, w1 0.5 and norm
   // 0.5: (0.5 x 100 + 101) + 0.5 x 2 = 152, x 0.5 = 76. Pixel 1 starts at

@@ -33,6 +33,8 @@ TEST(StretchPlan, ClippingSteps) {
       // scaleX 1.5; dstX -2: k = int(0.5 + 3.0) = 3, srcX 4 -> 7, srcRect
       // 15 - 3 = 12, width 10 - 2 = 8; startX = 4 + 2 x 1.5 = 7.0 exactly.
       {"destination overhang", {-2, 0, 10, 4, 40, 8, 4, 0, 15, 4, 40, 8, 1, 0}, false, true, 0, 8, 7, 12, 7.0f},
+      // dstX -3: k = int(0.5 + 4.5) = 5 (4 without the half); startX 8.5.
+      {"destination overhang with a half", {-3, 0, 10, 4, 40, 8, 4, 0, 15, 4, 40, 8, 1, 0}, false, true, 0, 7, 9, 10, 8.5f},
       // scaleX 0.5; srcX -3: k = ceil(3 / 0.5) = 6, dstX 1 -> 7, width 20 -
       // 6 = 14, srcRect 10 - 3 = 7; startX = -3 + 6 x 0.5 = 0.
       {"source overhang", {1, 0, 20, 4, 40, 8, -3, 0, 10, 4, 40, 8, 1, 0}, false, true, 7, 14, 0, 7, 0.0f},
@@ -40,6 +42,8 @@ TEST(StretchPlan, ClippingSteps) {
       {"destination excess", {35, 0, 10, 4, 40, 8, 0, 0, 20, 4, 40, 8, 1, 0}, false, true, 35, 5, 0, 10, 0.0f},
       // Source excess 6 at scale 2: width 10 - ceil(3) = 7.
       {"source excess", {0, 0, 10, 4, 40, 8, 26, 0, 20, 4, 40, 8, 1, 0}, false, true, 0, 7, 26, 14, 26.0f},
+      // Excess 7 at scale 2: width 10 - ceil(3.5) = 6.
+      {"source excess with a fraction", {0, 0, 10, 4, 40, 8, 27, 0, 20, 4, 40, 8, 1, 0}, false, true, 0, 6, 27, 13, 27.0f},
       // scaleX 31/9 = 3.4444444f; srcX -25: k = ceil(7.26) = 8; startX =
       // -25 + 8 x 3.4444444f = 2.5555553 (not 2.5555556 from the double).
       {"scale on a float edge", {0, 0, 9, 4, 40, 8, -25, 0, 31, 4, 40, 8, 1, 0}, false, true, 8, 1, 0, 6, 2.5555553436279297f},
