@@ -448,9 +448,6 @@ std::vector<Export> Exports() {
   using PlanarFrame = void(QBO_CALLEE*)(void*, int32_t, const void*, int32_t, const void*,
                                         int32_t, const void*, int32_t, int32_t, int32_t, int32_t,
                                         int32_t);
-  using PlanarSplit = void(QBO_CALLEE*)(void*, int32_t, void*, int32_t, const void*, int32_t,
-                                        const void*, int32_t, const void*, int32_t, int32_t,
-                                        int32_t, int32_t, int32_t);
   auto planar_frame = [](PlanarFrame fn) -> Body {
     return [fn](Rng& r, Call& c) -> int64_t {
       QBO_PLANES(4);
@@ -459,7 +456,8 @@ std::vector<Export> Exports() {
       return 0;
     };
   };
-  auto planar_split = [](PlanarSplit fn) -> Body {
+  // Five planes, the size, the matrix and the flip: also the YUYVA splits.
+  auto planar_split = [](auto fn) -> Body {
     return [fn](Rng& r, Call& c) -> int64_t {
       QBO_PLANES(5);
       fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], s.p[3], s.pitch[3], s.p[4],
@@ -550,9 +548,6 @@ std::vector<Export> Exports() {
                                         int32_t, int32_t);
   using ToYuyvSplit = void(QBO_CALLEE*)(void*, int32_t, void*, int32_t, const void*, int32_t,
                                         int32_t, int32_t, int32_t, int32_t);
-  using ToYuyvaSplit = void(QBO_CALLEE*)(void*, int32_t, void*, int32_t, void*, int32_t, void*,
-                                         int32_t, const void*, int32_t, int32_t, int32_t, int32_t,
-                                         int32_t);
   auto to_yuyv_frame = [](ToYuyvFrame fn) -> Body {
     return [fn](Rng& r, Call& c) -> int64_t {
       QBO_PLANES(2);
@@ -565,14 +560,6 @@ std::vector<Export> Exports() {
       QBO_PLANES(3);
       fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], w, h, f.bt709,
          f.flip);
-      return 0;
-    };
-  };
-  auto to_yuyva_split = [](ToYuyvaSplit fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(5);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], s.p[3], s.pitch[3], s.p[4],
-         s.pitch[4], w, h, f.bt709, f.flip);
       return 0;
     };
   };
@@ -600,9 +587,9 @@ std::vector<Export> Exports() {
                            f.bt709, f.flip);
     return 0;
   });
-  add("QN_CS_RGBA2YUYVA_Split", to_yuyva_split(QN_CS_RGBA2YUYVA_Split));
-  add("QNCS_RGBA2YUYVA_Split", to_yuyva_split(QNCS_RGBA2YUYVA_Split));
-  add("QN_CS_BGRA2YUYVA_Split", to_yuyva_split(QN_CS_BGRA2YUYVA_Split));
+  add("QN_CS_RGBA2YUYVA_Split", planar_split(QN_CS_RGBA2YUYVA_Split));
+  add("QNCS_RGBA2YUYVA_Split", planar_split(QNCS_RGBA2YUYVA_Split));
+  add("QN_CS_BGRA2YUYVA_Split", planar_split(QN_CS_BGRA2YUYVA_Split));
   add("QN_RGB32_2_YUV16_AA_Frame", [](Rng& r, Call& c) -> int64_t {
     int32_t w, h;
     PictureSize(r, &w, &h);
