@@ -114,54 +114,12 @@ TEST_F(AccelLoaderWin32Test, PathGainsEachFolderOnce) {
   }
 }
 
-TEST_F(AccelLoaderWin32Test, ShallowHostPathLoadsNothing) {
-  InstallModules(ReturnTableA, ReturnTableB);
-  for (const wchar_t* host : {L"C:\\host.exe", L"host.exe"}) {
-    platform_.host_path = host;
-    platform_.load_attempts.clear();
-    LoadAccelerationModules(platform_);
-    EXPECT_TRUE(platform_.load_attempts.empty()) << static_cast<int>(wcslen(host));
-    EXPECT_EQ(g_accel.vela_mem_api, nullptr);
-    EXPECT_EQ(g_accel.module_handle, nullptr);
-  }
-}
-
-TEST_F(AccelLoaderWin32Test, ForwardSlashesAreNotSeparators) {
-  // Only a backslash cuts a component, as the loader has always read the
-  // host path.
-  InstallModules(ReturnTableA, ReturnTableB);
-  platform_.host_path = L"C:/Player/bin/host.exe";
-  LoadAccelerationModules(platform_);
-  EXPECT_TRUE(platform_.load_attempts.empty());
-}
-
 TEST_F(AccelLoaderWin32Test, NullTableUnloadsVelaMem) {
   InstallModules(ReturnNullTable, ReturnTableB);
   LoadAccelerationModules(platform_);
   EXPECT_EQ(g_accel.vela_mem_api, nullptr);
   EXPECT_EQ(static_cast<void*>(g_accel.vela_vid_api), g_table_b);
   EXPECT_EQ(platform_.unloaded, 1);
-}
-
-TEST_F(AccelLoaderWin32Test, WithoutRootFindsCoreDllBelowTheHostsGrandparent) {
-  // Host C:\Apps\bin\host.exe: the base folder is C:\Apps\; CoreDLL is
-  // not directly there, so its entries are tried in enumeration order, "."
-  // and ".." included, files skipped.
-  platform_.host_path = L"C:\\Apps\\bin\\host.exe";
-  platform_.listings[L"C:\\Apps\\"] = {
-      {L".", true}, {L"..", true}, {L"notes.txt", false}, {L"Player", true}};
-  platform_.directories.insert(L"C:\\Apps\\Player\\CoreDLL");
-  platform_.directories.insert(L"C:\\Apps\\notes.txt\\CoreDLL");
-  const PathString x86 = L"C:\\Apps\\Player\\CoreDLL\\CPURelease\\x86";
-  platform_.modules[x86 + L"\\VelaVid.dll"].symbols["VLV_GetAPIStuPtr"] =
-      reinterpret_cast<void*>(ReturnTableB);
-  const PathString sub[] = {L"CPURelease"};
-  void* table = nullptr;
-  EXPECT_EQ(FindAndLoadModule(platform_, PathString(), sub, 1, "VelaVid", "VLV_GetAPIStuPtr",
-                              &table),
-            Handle(x86 + L"\\VelaVid.dll"));
-  EXPECT_EQ(table, g_table_b);
-  EXPECT_EQ(platform_.search_path, L";C:\\Apps\\Player\\CoreDLL;" + x86 + L";");
 }
 
 TEST_F(AccelLoaderWin32Test, FullPathIsNeverOverrun) {
@@ -175,6 +133,7 @@ TEST_F(AccelLoaderWin32Test, FullPathIsNeverOverrun) {
   EXPECT_EQ(g_accel.vela_vid_api, nullptr);
   EXPECT_EQ(g_accel.module_handle, nullptr);
 }
+
 
 }  // namespace
 }  // namespace qbo::test

@@ -59,41 +59,6 @@ TEST_F(AttachTest, AttachRunsItsStepsInOrderAndSucceeds) {
   EXPECT_EQ(g_accel.vela_mem_api, nullptr);
 }
 
-struct FailingStep {
-  const char* name;
-  int fail_alloc_at;     // 0 = none
-  bool init_result;
-  int expected_allocs;   // allocations attempted before giving up
-};
-
-class AttachFailureTest : public AttachTest, public ::testing::WithParamInterface<FailingStep> {};
-
-TEST_P(AttachFailureTest, FailsWithoutGoingFurther) {
-  const FailingStep& step = GetParam();
-  platform_.fail_aligned_alloc_at = step.fail_alloc_at;
-  framework_.init_result = step.init_result;
-  EXPECT_FALSE(LibraryAttach(platform_, framework_, nullptr));
-  EXPECT_EQ(platform_.aligned_allocs, step.expected_allocs);
-  EXPECT_TRUE(platform_.load_attempts.empty()) << "the loader must not run";
-  EXPECT_EQ(framework_.log, std::vector<std::string>{"init"}) << "no link object after a failure";
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Steps, AttachFailureTest,
-    ::testing::Values(FailingStep{"registration", 0, false, 0},
-                      FailingStep{"reciprocal_table", 1, true, 1},
-                      FailingStep{"reciprocal_row", 2, true, 2},
-                      FailingStep{"inverse_byte_table", 3, true, 3},
-                      FailingStep{"over_share_table", 4, true, 4}),
-    [](const ::testing::TestParamInfo<FailingStep>& step_info) {
-      return std::string(step_info.param.name);
-    });
-
-TEST_F(AttachTest, LinkObjectFailureStillAttaches) {
-  framework_.create_result = false;
-  EXPECT_TRUE(LibraryAttach(platform_, framework_, nullptr));
-}
-
 TEST_F(AttachTest, SecondAttachReusesTwoTablesAndRebuildsTheShareTable) {
   ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
   float* rcp = g_tables.rcp_product;
@@ -125,23 +90,6 @@ TEST_F(AttachTest, DetachFreesTablesReleasesVelaVidAndUnregisters) {
   EXPECT_EQ(platform_.live_aligned, 0);
 }
 
-TEST_F(AttachTest, DetachWithoutModuleUnloadsNothing) {
-  ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
-  EXPECT_TRUE(LibraryDetach(platform_, framework_));
-  EXPECT_EQ(platform_.unloaded, 0);
-}
-
-TEST_F(AttachTest, ThreadReasonsChangeNothing) {
-  ASSERT_TRUE(LibraryAttach(platform_, framework_, nullptr));
-  const std::size_t log_size = platform_.log.size();
-  const CsCoefBlock before = g_coef;
-  EXPECT_TRUE(LibraryEntry(platform_, framework_, nullptr, kThreadAttach));
-  EXPECT_TRUE(LibraryEntry(platform_, framework_, nullptr, kThreadDetach));
-  EXPECT_EQ(platform_.log.size(), log_size);
-  EXPECT_EQ(framework_.log, (std::vector<std::string>{"init", "create"}));
-  EXPECT_EQ(std::memcmp(&before, &g_coef, sizeof(g_coef)), 0);
-}
-
 TEST_F(AttachTest, CoefficientBlockIsRestoredAfterTheLoader) {
   // A module whose entry point scribbles on the block: the second fill
   // puts the vectors back.
@@ -159,6 +107,7 @@ TEST_F(AttachTest, CoefficientBlockIsRestoredAfterTheLoader) {
   EXPECT_EQ(g_accel.vela_mem_api, g_table_a);
   EXPECT_EQ(std::memcmp(&expected, &g_coef, sizeof(g_coef)), 0);
 }
+
 
 }  // namespace
 }  // namespace qbo::test

@@ -43,12 +43,6 @@ TEST(KernelTable, CpuVariableCapsTheLevel) {
   InitKernelTableFromEnvironment();
 }
 
-TEST(KernelTable, AvailableLevelsStartAtTheReference) {
-  const std::vector<KernelLevel> levels = AvailableKernelLevels();
-  ASSERT_FALSE(levels.empty());
-  EXPECT_EQ(levels.front(), KernelLevel::kC);
-  EXPECT_EQ(levels.back(), MachineKernelLevel());
-}
 
 }  // namespace
 }  // namespace qbo::test

@@ -43,12 +43,6 @@ TEST(ParseArgs, AcceptsEveryGnuSpelling) {
   }
 }
 
-TEST(ParseArgs, RepeatedOptionsKeepEveryValue) {
-  const ParsedArgs parsed =
-      ParseArgs({"--overlay", "a.png@1,2", "--overlay=b.png@3,4"}, kSpecs, "test");
-  EXPECT_EQ(parsed.options.at("overlay"), (std::vector<std::string>{"a.png@1,2", "b.png@3,4"}));
-}
-
 TEST(ParseArgs, RejectsWhatItCannotUnderstand) {
   struct Case {
     std::vector<std::string> args;
@@ -74,48 +68,6 @@ TEST(ParseArgs, RejectsWhatItCannotUnderstand) {
   }
 }
 
-TEST(ParseSize, TakesWidthByHeight) {
-  struct Case {
-    const char* text;
-    bool ok;
-    int width, height;
-  };
-  const Case cases[] = {
-      {"1920x1080", true, 1920, 1080}, {"1x1", true, 1, 1},        {"32768x2", true, 32768, 2},
-      {"0x10", false, 0, 0},           {"10x0", false, 0, 0},      {"-2x4", false, 0, 0},
-      {"1920", false, 0, 0},           {"1920X1080", false, 0, 0}, {"x", false, 0, 0},
-      {"12x34x5", false, 0, 0},        {"32769x2", false, 0, 0},   {"4 x4", false, 0, 0},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    int width = 0;
-    int height = 0;
-    if (c.ok) {
-      ParseSize(c.text, "--size", width, height);
-      EXPECT_EQ(width, c.width);
-      EXPECT_EQ(height, c.height);
-    } else {
-      EXPECT_THROW(ParseSize(c.text, "--size", width, height), UsageError);
-    }
-  }
-}
-
-TEST(ParseInteger, HoldsToItsRange) {
-  EXPECT_EQ(ParseInteger("-5", "n", -5, 5), -5);
-  EXPECT_EQ(ParseInteger("5", "n", -5, 5), 5);
-  for (const char* bad : {"6", "-6", "", "1.5", "2a", " 1"}) {
-    SCOPED_TRACE(bad);
-    EXPECT_THROW(ParseInteger(bad, "n", -5, 5), UsageError);
-  }
-}
-
-TEST(OptionHelp, AlignsTheDescriptions) {
-  const std::string help =
-      OptionHelp({{"in-size", 's', "WxH", "frame size"}, {"bt709", 0, nullptr, "BT.709"}});
-  EXPECT_EQ(help,
-            "  -s, --in-size WxH  frame size\n"
-            "      --bt709        BT.709\n");
-}
 
 }  // namespace
 }  // namespace quillon

@@ -38,27 +38,6 @@ TEST(Png, RoundTripsRgbAndRgba) {
   }
 }
 
-// BGR orders are written as the RGB a viewer expects.
-TEST(Png, BgrOrdersAreStoredAsRgb) {
-  TempDir dir;
-  for (PixelFormat format : {PixelFormat::kBgra, PixelFormat::kBgr24}) {
-    SCOPED_TRACE(FormatName(format));
-    const Frame bgr = RandomFrame(format, 9, 4, 7);
-    WritePng(dir / "b.png", bgr);
-    Frame read;
-    ReadPng(dir / "b.png", read);
-    Frame expected;
-    Swizzle(bgr, format == PixelFormat::kBgra ? PixelFormat::kRgba : PixelFormat::kRgb24, expected);
-    EXPECT_TRUE(test::SameBytes(read, expected));
-  }
-}
-
-TEST(Png, YuvCannotBeWritten) {
-  TempDir dir;
-  EXPECT_THROW(WritePng(dir / "y.png", Frame(PixelFormat::kYuv420p, 2, 2)), ToolError);
-  EXPECT_FALSE(test::FileExists(dir / "y.png"));
-}
-
 TEST(Png, UnreadableFilesSayWhy) {
   TempDir dir;
   WritePng(dir / "good.png", RandomFrame(PixelFormat::kRgba, 64, 64, 3));
@@ -94,17 +73,6 @@ TEST(Png, UnreadableFilesSayWhy) {
   EXPECT_FALSE(PngSize(dir / "text.png", w, h));
 }
 
-TEST(Png, MissingFileIsNamed) {
-  TempDir dir;
-  Frame frame;
-  try {
-    ReadPng(dir / "none.png", frame);
-    ADD_FAILURE() << "read";
-  } catch (const ToolError& error) {
-    EXPECT_EQ(std::string(error.what()),
-              dir / "none.png" + ": cannot open: No such file or directory");
-  }
-}
 
 }  // namespace
 }  // namespace quillon

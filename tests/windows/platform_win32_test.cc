@@ -48,41 +48,6 @@ TEST_F(Win32PlatformTest, HostPathIsThisProgram) {
   EXPECT_GE(std::count(path.begin(), path.end(), L'\\'), 2);
 }
 
-TEST_F(Win32PlatformTest, IsDirectoryWantsADirectoryEntryOfExactlyThatName) {
-  struct Case {
-    std::wstring path;
-    bool expected;
-  };
-  const Case cases[] = {
-      {root_, true},
-      {root_ + L"\\sub", true},
-      {root_ + L"\\SUB", true},  // names compare without case
-      {root_ + L"\\file.txt", false},
-      {root_ + L"\\missing", false},
-      {root_ + L"\\missing\\sub", false},
-      {L"", false},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(platform_.IsDirectory(c.path), c.expected) << std::string(c.path.begin(), c.path.end());
-  }
-}
-
-TEST_F(Win32PlatformTest, ListingReportsDotEntriesAndKinds) {
-  const std::vector<DirEntry> entries = platform_.ListDirectory(root_ + L"\\");
-  auto kind = [&](const wchar_t* name) {
-    for (const DirEntry& e : entries) {
-      if (e.name == name) return e.is_directory ? 1 : 0;
-    }
-    return -1;
-  };
-  EXPECT_EQ(entries.size(), 4u);
-  EXPECT_EQ(kind(L"."), 1);
-  EXPECT_EQ(kind(L".."), 1);
-  EXPECT_EQ(kind(L"sub"), 1);
-  EXPECT_EQ(kind(L"file.txt"), 0);
-  EXPECT_TRUE(platform_.ListDirectory(root_ + L"\\missing\\").empty());
-}
-
 TEST_F(Win32PlatformTest, SearchPathRoundTripsAndReportsAbsence) {
   PathString saved;
   const bool was_set = platform_.GetSearchPath(&saved);
@@ -123,17 +88,6 @@ TEST_F(Win32PlatformTest, PagesAreReadWriteAndReleased) {
   EXPECT_FALSE(platform_.FreePages(nullptr));
 }
 
-TEST_F(Win32PlatformTest, AlignedBlocksHonourTheAlignment) {
-  for (std::size_t alignment : {std::size_t{16}, std::size_t{32}, std::size_t{64}}) {
-    for (std::size_t bytes : {std::size_t{1}, std::size_t{17}, std::size_t{65536}}) {
-      void* p = platform_.AlignedAlloc(bytes, alignment);
-      ASSERT_NE(p, nullptr);
-      EXPECT_EQ(reinterpret_cast<uintptr_t>(p) % alignment, 0u) << alignment << "/" << bytes;
-      platform_.AlignedFree(p);
-    }
-  }
-}
-
 TEST_F(Win32PlatformTest, ModulesLoadResolveAndUnload) {
   const PathString path = Widen(QBO_FAKE_VELA_VID_PATH);
   ModuleHandle module = platform_.LoadModule(path);
@@ -149,6 +103,7 @@ TEST_F(Win32PlatformTest, ModulesLoadResolveAndUnload) {
   EXPECT_EQ(platform_.LoadModule(root_ + L"\\missing.dll"), nullptr);
   EXPECT_EQ(platform_.LoadModule(L"NoSuchModuleAnywhere.dll"), nullptr);
 }
+
 
 }  // namespace
 }  // namespace qbo::test
