@@ -94,6 +94,21 @@ void AlphaRuns(uint8_t* px, std::size_t n, std::size_t stride, std::size_t at) {
 
 float Unit(uint32_t r) { return static_cast<float>(r >> 8) / 16777216.0f; }
 
+// Counts of 0 to 4 columns a pixel, random edge weights, and the
+// accumulator columns (four floats each) the counts walk over.
+struct MeanArgs {
+  const int32_t* counts;
+  const float* weights;
+  const float* acc;
+};
+MeanArgs RandomMeanArgs(int w, Io& io) {
+  const int32_t* counts = io.Values<int32_t>(w, [](uint32_t r) { return int32_t(r % 5); });
+  std::size_t cols = 5;
+  for (int i = 0; i < w; ++i) cols += counts[i] >= 2 ? counts[i] - 1 : 0;
+  const float* weights = io.Values<float>(2 * w, Unit);
+  return {counts, weights, io.Values<float>(4 * cols, [](uint32_t r) { return float(r % 600) * 0.5f; })};
+}
+
 struct Row {
   const char* name;
   int block;  // pixels the widest SIMD level takes at once
@@ -178,12 +193,8 @@ std::vector<Row> Rows() {
        }},
       {"mean_horiz", 8,
        [](K k, int w, Io& io) {
-         const int32_t* counts = io.Values<int32_t>(w, [](uint32_t r) { return int32_t(r % 5); });
-         std::size_t cols = 5;
-         for (int i = 0; i < w; ++i) cols += counts[i] >= 2 ? counts[i] - 1 : 0;
-         const float* weights = io.Values<float>(2 * w, Unit);
-         const float* acc = io.Values<float>(4 * cols, [](uint32_t r) { return float(r % 600) * 0.5f; });
-         k.blit.mean_horiz(io.Dst(4 * w), acc, counts, weights, 0.61f, w);
+         const MeanArgs m = RandomMeanArgs(w, io);
+         k.blit.mean_horiz(io.Dst(4 * w), m.acc, m.counts, m.weights, 0.61f, w);
        }},
       {"yuyv_expand", 8,
        [](K k, int w, Io& io) {
@@ -192,14 +203,10 @@ std::vector<Row> Rows() {
        }},
       {"yuyv_mean_horiz", 8,
        [](K k, int w, Io& io) {
-         const int32_t* counts = io.Values<int32_t>(w, [](uint32_t r) { return int32_t(r % 5); });
-         std::size_t cols = 5;
-         for (int i = 0; i < w; ++i) cols += counts[i] >= 2 ? counts[i] - 1 : 0;
-         const float* weights = io.Values<float>(2 * w, Unit);
-         const float* quads = io.Values<float>(4 * cols, [](uint32_t r) { return float(r % 600) * 0.5f; });
+         const MeanArgs m = RandomMeanArgs(w, io);
          const YuyvMeanParams bgra{{1.0f, -0.187314f, -0.468207f, 0.0f}, {1.0f, 1.855615f, 1.574722f, 1.0f}, 2, 0};
          const YuyvMeanParams rgba{{1.0f, -0.344136f, -0.714136f, 0.0f}, {1.0f, 1.772f, 1.402f, 1.0f}, 0, 2};
-         k.blit.yuyv_mean_horiz(io.Dst(4 * w), quads, counts, weights, 0.61f, w % 2 ? &bgra : &rgba, w);
+         k.blit.yuyv_mean_horiz(io.Dst(4 * w), m.acc, m.counts, m.weights, 0.61f, w % 2 ? &bgra : &rgba, w);
        }},
       {"zoom8", 16,
        [](K k, int w, Io& io) {
