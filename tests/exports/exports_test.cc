@@ -171,8 +171,8 @@ TEST(Exports, WholeJobsGoToVelaVidWithTheirArguments) {
   const intptr_t d = reinterpret_cast<intptr_t>(dst.data()), s = reinterpret_cast<intptr_t>(src.data());
   const HandOver cases[] = {
       // BT.601 and flip both become flags; the constant words are the module's.
-      {"yuyv to bgra", 21, [](uint8_t* o, const uint8_t* i) { QN_CS_YUYV2BGRA_Frame(o, -96, i, 40, 17, 3, 0, 5); },
-       {d, -96, s, 40, 17, 3, 1, 1, 0, 255, 1}},
+      {"yuyv to bgra", 21, [](uint8_t* o, const uint8_t* i) { QN_CS_YUYV2BGRA_Frame(o + 1024, -96, i, 40, 17, 3, 0, 5); },
+       {d + 1024, -96, s, 40, 17, 3, 1, 1, 0, 255, 1}},
       {"yuyv to bgra 709", 21, [](uint8_t* o, const uint8_t* i) { QN_CS_YUYV2BGRA_Frame(o, 96, i, 40, 17, 3, 7, 0); },
        {d, 96, s, 40, 17, 3, 0, 1, 0, 255, 0}},
       // The alpha plane is not passed on.
