@@ -12,6 +12,9 @@
 #include <cstring>
 #include <functional>
 #include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "QuillonBufferOperaU.h"
@@ -278,6 +281,34 @@ Flags DrawFlags(Rng& r) {
   [[maybe_unused]] const Flags f = DrawFlags(r); \
   const Planes s = MakePlanes(c, n, w, h)
 
+// The exports whose arguments are planes (pointer, pitch) then the
+// picture size and a tail of flags: `N` planes, and the flags as `kTail`
+// names them. The planes and flags are drawn before the call, as above.
+enum class Tail { kSize, kBpp, kFlip, kMatrixFlip };
+template <std::size_t N, Tail kTail, typename Fn>
+Body PlanesBody(Fn fn) {
+  return [fn](Rng& r, Call& c) -> int64_t {
+    QBO_PLANES(N);
+    const auto planes = [&]<std::size_t... I>(std::index_sequence<I...>) {
+      return std::tuple_cat(std::make_tuple(s.p[I], s.pitch[I])...);
+    }(std::make_index_sequence<N>{});
+    const auto tail = [&] {
+      if constexpr (kTail == Tail::kSize) return std::make_tuple(w, h);
+      if constexpr (kTail == Tail::kBpp) return std::make_tuple(w, h, f.bpp);
+      if constexpr (kTail == Tail::kFlip) return std::make_tuple(w, h, f.flip);
+      if constexpr (kTail == Tail::kMatrixFlip) return std::make_tuple(w, h, f.bt709, f.flip);
+    }();
+    const auto args = std::tuple_cat(planes, tail);
+    if constexpr (std::is_void_v<decltype(std::apply(fn, args))>) {
+      std::apply(fn, args);
+      return 0;
+    } else {
+      return std::apply(fn, args);
+    }
+  };
+}
+#define QBO_PLANES_EXPORT(n, tail, fn) add(#fn, PlanesBody<n, Tail::tail>(fn))
+
 std::vector<Export> Exports() {
   std::vector<Export> e;
   auto add = [&](const char* name, Body b) { e.push_back({name, std::move(b)}); };
@@ -394,86 +425,31 @@ std::vector<Export> Exports() {
                                0, x, y, w, h);
   });
 
-  // Field and frame layouts.
-  add("QN_CS_ComposeFields", [](Rng& r, Call& c) -> int64_t {
-    QBO_PLANES(3);
-    QN_CS_ComposeFields(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], w, h,
-                        f.bpp);
-    return 0;
-  });
-  add("QN_CS_SplitFrame", [](Rng& r, Call& c) -> int64_t {
-    QBO_PLANES(3);
-    QN_CS_SplitFrame(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], w, h,
-                     f.bpp);
-    return 0;
-  });
-  using ComposeSplit = void(QBO_CALLEE*)(void*, int32_t, void*, int32_t, const void*, int32_t,
-                                         const void*, int32_t, const void*, int32_t, int32_t,
-                                         int32_t);
-  auto compose = [](auto fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(4);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], s.p[3], s.pitch[3], w, h);
-      return 0;
-    };
-  };
-  auto compose_split = [](ComposeSplit fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(5);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], s.p[3], s.pitch[3], s.p[4],
-         s.pitch[4], w, h);
-      return 0;
-    };
-  };
-  add("QN_CS_ComposeYUV422_Frame", compose(QN_CS_ComposeYUV422_Frame));
-  add("QN_CS_ComposeYUV422_Split", compose_split(QN_CS_ComposeYUV422_Split));
-  add("QN_CS_420_422_YUVFrame", compose(QN_CS_420_422_YUVFrame));
-  add("QN_CS_420_422_YUVSplit", compose_split(QN_CS_420_422_YUVSplit));
-  add("QN_CS_420_422_YUVFrame_XDCAM", compose(QN_CS_420_422_YUVFrame_XDCAM));
-  add("QN_CS_420_422_YUVSplit_XDCAM", compose_split(QN_CS_420_422_YUVSplit_XDCAM));
-  // 4:2:2 to 4:2:0 has the shape of the compose: four planes, then the size.
-  add("QN_CS_422_420_YUVField", compose(QN_CS_422_420_YUVField));
-  add("QN_CS_422_420_YUVFrame", compose(QN_CS_422_420_YUVFrame));
-  add("QN_CS_422_420_YUVField_4", compose(QN_CS_422_420_YUVField_4));
-  add("QN_CS_422_420_YUVFrame_4", compose(QN_CS_422_420_YUVFrame_4));
-  add("QN_CS_422_420_YUVFrame_XDCAM", compose(QN_CS_422_420_YUVFrame_XDCAM));
-  add("QN_CS_422_420_YUVField_XDCAM", [](Rng& r, Call& c) -> int64_t {
-    QBO_PLANES(4);
-    QN_CS_422_420_YUVField_XDCAM(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2],
-                                 s.p[3], s.pitch[3], w, h, f.flip);
-    return 0;
-  });
+  // Field and frame layouts; 4:2:2 to 4:2:0 has the shape of the compose.
+  QBO_PLANES_EXPORT(3, kBpp, QN_CS_ComposeFields);
+  QBO_PLANES_EXPORT(3, kBpp, QN_CS_SplitFrame);
+  QBO_PLANES_EXPORT(4, kSize, QN_CS_ComposeYUV422_Frame);
+  QBO_PLANES_EXPORT(5, kSize, QN_CS_ComposeYUV422_Split);
+  QBO_PLANES_EXPORT(4, kSize, QN_CS_420_422_YUVFrame);
+  QBO_PLANES_EXPORT(5, kSize, QN_CS_420_422_YUVSplit);
+  QBO_PLANES_EXPORT(4, kSize, QN_CS_420_422_YUVFrame_XDCAM);
+  QBO_PLANES_EXPORT(5, kSize, QN_CS_420_422_YUVSplit_XDCAM);
+  QBO_PLANES_EXPORT(4, kSize, QN_CS_422_420_YUVField);
+  QBO_PLANES_EXPORT(4, kSize, QN_CS_422_420_YUVFrame);
+  QBO_PLANES_EXPORT(4, kSize, QN_CS_422_420_YUVField_4);
+  QBO_PLANES_EXPORT(4, kSize, QN_CS_422_420_YUVFrame_4);
+  QBO_PLANES_EXPORT(4, kSize, QN_CS_422_420_YUVFrame_XDCAM);
+  QBO_PLANES_EXPORT(4, kFlip, QN_CS_422_420_YUVField_XDCAM);
 
   // Planar YUV to 32-bit.
-  using PlanarFrame = void(QBO_CALLEE*)(void*, int32_t, const void*, int32_t, const void*,
-                                        int32_t, const void*, int32_t, int32_t, int32_t, int32_t,
-                                        int32_t);
-  auto planar_frame = [](PlanarFrame fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(4);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], s.p[3], s.pitch[3], w, h,
-         f.bt709, f.flip);
-      return 0;
-    };
-  };
-  // Five planes, the size, the matrix and the flip: also the YUYVA splits.
-  auto planar_split = [](auto fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(5);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], s.p[3], s.pitch[3], s.p[4],
-         s.pitch[4], w, h, f.bt709, f.flip);
-      return 0;
-    };
-  };
-  add("QN_CS_YUV422_RGBA_Frame", planar_frame(QN_CS_YUV422_RGBA_Frame));
-  add("QN_CS_YUV422_BGRA_Frame", planar_frame(QN_CS_YUV422_BGRA_Frame));
-  add("QN_CS_YUV422_RGBA_Split", planar_split(QN_CS_YUV422_RGBA_Split));
-  add("QN_CS_YUV422_BGRA_Split", planar_split(QN_CS_YUV422_BGRA_Split));
-  add("QN_CS_YUV420_RGBA_Frame", planar_frame(QN_CS_YUV420_RGBA_Frame));
-  add("QN_CS_YUV420_BGRA_Frame", planar_frame(QN_CS_YUV420_BGRA_Frame));
-  add("QN_CS_YUV420_RGBA_Split", planar_split(QN_CS_YUV420_RGBA_Split));
-  add("QN_CS_YUV420_BGRA_Split", planar_split(QN_CS_YUV420_BGRA_Split));
-
+  QBO_PLANES_EXPORT(4, kMatrixFlip, QN_CS_YUV422_RGBA_Frame);
+  QBO_PLANES_EXPORT(4, kMatrixFlip, QN_CS_YUV422_BGRA_Frame);
+  QBO_PLANES_EXPORT(5, kMatrixFlip, QN_CS_YUV422_RGBA_Split);
+  QBO_PLANES_EXPORT(5, kMatrixFlip, QN_CS_YUV422_BGRA_Split);
+  QBO_PLANES_EXPORT(4, kMatrixFlip, QN_CS_YUV420_RGBA_Frame);
+  QBO_PLANES_EXPORT(4, kMatrixFlip, QN_CS_YUV420_BGRA_Frame);
+  QBO_PLANES_EXPORT(5, kMatrixFlip, QN_CS_YUV420_RGBA_Split);
+  QBO_PLANES_EXPORT(5, kMatrixFlip, QN_CS_YUV420_BGRA_Split);
   // Matrices: every standard, row and column, valid or not.
   auto matrix = [](const float* (QBO_CALLEE * get)(int32_t),
                    float(QBO_CALLEE * cell)(int32_t, int32_t, int32_t)) -> Body {
@@ -496,31 +472,14 @@ std::vector<Export> Exports() {
     return 0;
   });
 
+
   // YUYV to 32-bit and 24-bit.
-  using YuyvFrame = int32_t(QBO_CALLEE*)(void*, int32_t, const void*, int32_t, int32_t, int32_t,
-                                         int32_t, int32_t);
-  auto yuyv_frame = [](YuyvFrame fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(2);
-      return fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], w, h, f.bt709, f.flip);
-    };
-  };
-  using YuyvCompose = void(QBO_CALLEE*)(void*, int32_t, const void*, int32_t, const void*,
-                                        int32_t, int32_t, int32_t, int32_t, int32_t);
-  auto yuyv_compose = [](YuyvCompose fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(3);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], w, h, f.bt709,
-         f.flip);
-      return 0;
-    };
-  };
-  add("QN_CS_YUYV2RGBA_Frame", yuyv_frame(QN_CS_YUYV2RGBA_Frame));
-  add("QN_CS_YUYV2BGRA_Frame", yuyv_frame(QN_CS_YUYV2BGRA_Frame));
-  add("QN_CS_YUYV2RGB_Frame", yuyv_frame(QN_CS_YUYV2RGB_Frame));
-  add("QN_CS_YUYV2BGR_Frame", yuyv_frame(QN_CS_YUYV2BGR_Frame));
-  add("QN_CS_YUYV2RGBA_Compose", yuyv_compose(QN_CS_YUYV2RGBA_Compose));
-  add("QN_CS_YUYV2BGRA_Compose", yuyv_compose(QN_CS_YUYV2BGRA_Compose));
+  QBO_PLANES_EXPORT(2, kMatrixFlip, QN_CS_YUYV2RGBA_Frame);
+  QBO_PLANES_EXPORT(2, kMatrixFlip, QN_CS_YUYV2BGRA_Frame);
+  QBO_PLANES_EXPORT(2, kMatrixFlip, QN_CS_YUYV2RGB_Frame);
+  QBO_PLANES_EXPORT(2, kMatrixFlip, QN_CS_YUYV2BGR_Frame);
+  QBO_PLANES_EXPORT(3, kMatrixFlip, QN_CS_YUYV2RGBA_Compose);
+  QBO_PLANES_EXPORT(3, kMatrixFlip, QN_CS_YUYV2BGRA_Compose);
 
   // 24-bit to 32-bit, with and without an alpha plane.
   using To32Frame = void(QBO_CALLEE*)(void*, int32_t, const void*, int32_t, const void*, int32_t,
@@ -544,52 +503,15 @@ std::vector<Export> Exports() {
 
   // 32-bit and 24-bit to YUYV. The 24-bit forms count their groups from the
   // source pitch; the planes' generous rows hold what that reaches.
-  using ToYuyvFrame = void(QBO_CALLEE*)(void*, int32_t, const void*, int32_t, int32_t, int32_t,
-                                        int32_t, int32_t);
-  using ToYuyvSplit = void(QBO_CALLEE*)(void*, int32_t, void*, int32_t, const void*, int32_t,
-                                        int32_t, int32_t, int32_t, int32_t);
-  auto to_yuyv_frame = [](ToYuyvFrame fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(2);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], w, h, f.bt709, f.flip);
-      return 0;
-    };
-  };
-  auto to_yuyv_split = [](ToYuyvSplit fn) -> Body {
-    return [fn](Rng& r, Call& c) -> int64_t {
-      QBO_PLANES(3);
-      fn(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], w, h, f.bt709,
-         f.flip);
-      return 0;
-    };
-  };
-  add("QN_CS_RGBA2YUYV_Frame", [](Rng& r, Call& c) -> int64_t {
-    QBO_PLANES(2);
-    return QN_CS_RGBA2YUYV_Frame(s.p[0], s.pitch[0], s.p[1], s.pitch[1], w, h, f.bt709,
-                                 f.flip);
-  });
-  add("QN_CS_BGRA2YUYV_Frame", [](Rng& r, Call& c) -> int64_t {
-    QBO_PLANES(2);
-    return QN_CS_BGRA2YUYV_Frame(s.p[0], s.pitch[0], s.p[1], s.pitch[1], w, h, f.bt709,
-                                 f.flip);
-  });
-  add("QN_CS_RGBA2YUYV_Split", to_yuyv_split(QN_CS_RGBA2YUYV_Split));
-  add("QN_CS_BGRA2YUYV_Split", to_yuyv_split(QN_CS_BGRA2YUYV_Split));
-  add("QN_CS_RGBA2YUYVA_Frame", [](Rng& r, Call& c) -> int64_t {
-    QBO_PLANES(3);
-    QN_CS_RGBA2YUYVA_Frame(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], w, h,
-                           f.bt709, f.flip);
-    return 0;
-  });
-  add("QN_CS_BGRA2YUYVA_Frame", [](Rng& r, Call& c) -> int64_t {
-    QBO_PLANES(3);
-    QN_CS_BGRA2YUYVA_Frame(s.p[0], s.pitch[0], s.p[1], s.pitch[1], s.p[2], s.pitch[2], w, h,
-                           f.bt709, f.flip);
-    return 0;
-  });
-  add("QN_CS_RGBA2YUYVA_Split", planar_split(QN_CS_RGBA2YUYVA_Split));
-  add("QNCS_RGBA2YUYVA_Split", planar_split(QNCS_RGBA2YUYVA_Split));
-  add("QN_CS_BGRA2YUYVA_Split", planar_split(QN_CS_BGRA2YUYVA_Split));
+  QBO_PLANES_EXPORT(2, kMatrixFlip, QN_CS_RGBA2YUYV_Frame);
+  QBO_PLANES_EXPORT(2, kMatrixFlip, QN_CS_BGRA2YUYV_Frame);
+  QBO_PLANES_EXPORT(3, kMatrixFlip, QN_CS_RGBA2YUYV_Split);
+  QBO_PLANES_EXPORT(3, kMatrixFlip, QN_CS_BGRA2YUYV_Split);
+  QBO_PLANES_EXPORT(3, kMatrixFlip, QN_CS_RGBA2YUYVA_Frame);
+  QBO_PLANES_EXPORT(3, kMatrixFlip, QN_CS_BGRA2YUYVA_Frame);
+  QBO_PLANES_EXPORT(5, kMatrixFlip, QN_CS_RGBA2YUYVA_Split);
+  QBO_PLANES_EXPORT(5, kMatrixFlip, QNCS_RGBA2YUYVA_Split);
+  QBO_PLANES_EXPORT(5, kMatrixFlip, QN_CS_BGRA2YUYVA_Split);
   add("QN_RGB32_2_YUV16_AA_Frame", [](Rng& r, Call& c) -> int64_t {
     int32_t w, h;
     PictureSize(r, &w, &h);
@@ -603,10 +525,10 @@ std::vector<Export> Exports() {
                               reserved, is_bgra, flip);
     return 0;
   });
-  add("QN_CS_RGB2YUYV_Frame", to_yuyv_frame(QN_CS_RGB2YUYV_Frame));
-  add("QN_CS_BGR2YUYV_Frame", to_yuyv_frame(QN_CS_BGR2YUYV_Frame));
-  add("QN_CS_RGB2YUYV_Split", to_yuyv_split(QN_CS_RGB2YUYV_Split));
-  add("QN_CS_BGR2YUYV_Split", to_yuyv_split(QN_CS_BGR2YUYV_Split));
+  QBO_PLANES_EXPORT(2, kMatrixFlip, QN_CS_RGB2YUYV_Frame);
+  QBO_PLANES_EXPORT(2, kMatrixFlip, QN_CS_BGR2YUYV_Frame);
+  QBO_PLANES_EXPORT(3, kMatrixFlip, QN_CS_RGB2YUYV_Split);
+  QBO_PLANES_EXPORT(3, kMatrixFlip, QN_CS_BGR2YUYV_Split);
   return e;
 }
 

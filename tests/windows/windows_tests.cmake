@@ -36,19 +36,6 @@ set_target_properties(qbo_windows_dll_tests PROPERTIES
   RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 qbo_discover_tests(qbo_windows_dll_tests windows)
 
-# The host laid out as the player installs it: <root>\bin\host.exe, the
-# modules under <root>\dll\CoreDLL\CPURelease\x86.
-add_executable(e2e_host windows/e2e_host_win32.cc)
-set_target_properties(e2e_host PROPERTIES
-  OUTPUT_NAME host RUNTIME_OUTPUT_DIRECTORY ${QBO_E2E_ROOT}/bin)
-add_dependencies(e2e_host fake_velavid fake_velamem QuillonBufferOperaU)
-if(QBO_RUN_TARGET_PROGRAMS)
-  add_test(NAME e2e_host_finds_modules COMMAND e2e_host $<TARGET_FILE:QuillonBufferOperaU>)
-  add_test(NAME e2e_host_null_table
-           COMMAND e2e_host $<TARGET_FILE:QuillonBufferOperaU> --vela-mem-null)
-  set_tests_properties(e2e_host_finds_modules e2e_host_null_table PROPERTIES LABELS windows)
-endif()
-
 # The export table, read from the DLL file itself: exactly the header's
 # names, undecorated, aliases at their target's address, and system DLLs
 # only among the imports.
