@@ -3,6 +3,7 @@
 
 #include "QuillonBufferOperaU.h"
 #include "buffer/copy_row_bytes.h"
+#include "frame/cpu.h"
 #include "frame/kernel_table.h"
 #include "frame/platform.h"
 
@@ -19,6 +20,21 @@ uint32_t* PixelAt(void* base, int32_t pitch, int64_t row, int32_t column) {
   return reinterpret_cast<uint32_t*>(static_cast<uint8_t*>(base) + offset);
 }
 
+// Bytes a fill may write before its stores had better bypass the cache: a
+// frame bigger than the cache one core draws on evicts everything and is
+// itself gone before anyone reads it. That is one L3 slice at most (32 MB
+// on current parts; a virtual machine may report a whole socket's), 8 MB
+// where CPUID describes no cache. A copy fills the cache from its source
+// too, so it streams past half of this.
+std::size_t StreamFillAbove() {
+  static const std::size_t bytes = [] {
+    constexpr std::size_t kMb = std::size_t{1} << 20;
+    const std::size_t llc = qbo::Cpu().last_level_cache;
+    return llc == 0 ? 8 * kMb : llc < 32 * kMb ? llc : 32 * kMb;
+  }();
+  return bytes;
+}
+
 }  // namespace
 
 extern "C" {
@@ -26,7 +42,16 @@ extern "C" {
 // A negative count is the caller's error; it writes nothing here rather
 // than the stray words its low bits would otherwise select.
 QBO_API int32_t QBO_CALLEE QN_MemsetDWORD(void* dst, uint32_t value, int32_t count) {
-  if (count > 0) Kernels().buffer.fill32(static_cast<uint32_t*>(dst), value, static_cast<std::size_t>(count));
+  if (count <= 0) return 1;
+  const auto& k = Kernels().buffer;
+  const auto words = static_cast<std::size_t>(count);
+  // Streaming stores need whole words; a host's odd address fills cached.
+  if (words * 4 > StreamFillAbove() && (reinterpret_cast<uintptr_t>(dst) & 3) == 0) {
+    k.fill32_stream(static_cast<uint32_t*>(dst), value, words);
+    k.stream_fence();
+  } else {
+    k.fill32(static_cast<uint32_t*>(dst), value, words);
+  }
   return 1;
 }
 
@@ -34,8 +59,13 @@ QBO_API int32_t QBO_CALLEE QN_MemsetDWORD(void* dst, uint32_t value, int32_t cou
 // null.
 QBO_API void* QBO_CALLEE QN_Memcpy(void* dst, const void* src, int32_t size) {
   if (size <= 0 || !src || !dst) return nullptr;
-  Kernels().buffer.stream_copy(static_cast<uint8_t*>(dst), static_cast<const uint8_t*>(src),
-                               static_cast<std::size_t>(size));
+  const auto bytes = static_cast<std::size_t>(size);
+  if (bytes > StreamFillAbove() / 2) {
+    Kernels().buffer.stream_copy(static_cast<uint8_t*>(dst), static_cast<const uint8_t*>(src),
+                                 bytes);
+  } else {
+    qbo::CopyBytes(dst, src, bytes);
+  }
   return dst;
 }
 
@@ -43,9 +73,11 @@ QBO_API void* QBO_CALLEE QN_Clear(void* dst, int32_t pitch, int32_t left, int32_
                                   int32_t width, int32_t bottom, uint32_t color) {
   if (!dst) return nullptr;
   uint32_t* first = PixelAt(dst, pitch, top, left);
-  const bool stream = (reinterpret_cast<uintptr_t>(first) & 15) == 0;
-  const qbo::Fill32Fn fill = stream ? Kernels().buffer.fill32_stream : Kernels().buffer.fill32;
   const std::size_t count = width > 0 ? static_cast<std::size_t>(width) : 0;
+  const int64_t rows = bottom > top ? int64_t{bottom} - top + 1 : 1;
+  const bool stream = (reinterpret_cast<uintptr_t>(first) & 15) == 0 &&
+                      static_cast<uint64_t>(rows) * count * 4 > StreamFillAbove();
+  const qbo::Fill32Fn fill = stream ? Kernels().buffer.fill32_stream : Kernels().buffer.fill32;
   // Row `top` is always filled; then rows follow until the one just filled
   // is at or past `bottom`.
   for (int64_t row = top;; ++row) {

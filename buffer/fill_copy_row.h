@@ -10,7 +10,7 @@
 //     bytes; the 64- and 8-byte stores bypass the cache where the level has
 //     such stores. Any alignment; no overlap.
 //   Fill32(dst, value, count)
-//     stores `value` into `count` words, four at a time, then one at a time.
+//     stores `value` into `count` words.
 //   Fill32Stream: the same with cache-bypassing stores; dst must be 4-byte
 //     aligned (words up to the first 16-byte boundary are streamed singly).
 //     It does not order its stores: a caller runs StreamFence once after
@@ -55,6 +55,20 @@ void StreamFence_SSE2();
 void SetAlpha_C(uint32_t* dst, uint32_t alpha, std::size_t count);
 void SetAlpha_SSE2(uint32_t* dst, uint32_t alpha, std::size_t count);
 void SetAlpha_AVX2(uint32_t* dst, uint32_t alpha, std::size_t count);
+
+// Runs this long and longer go to `rep movsb` / `rep stosd` on CPUs with
+// fast strings: below it their start-up costs more than vector stores.
+inline constexpr std::size_t kRepMinBytes = 2048;
+
+// The x86 string instructions. With fast strings they move whole cache
+// lines without first reading the destination's lines, which vector
+// stores cannot avoid; that is where most of a cached fill's time goes.
+inline void RepMovsb(uint8_t* dst, const uint8_t* src, std::size_t bytes) {
+  __asm__ volatile("rep movsb" : "+D"(dst), "+S"(src), "+c"(bytes) : : "memory");
+}
+inline void RepStosd(uint32_t* dst, uint32_t value, std::size_t count) {
+  __asm__ volatile("rep stosl" : "+D"(dst), "+c"(count) : "a"(value) : "memory");
+}
 
 // The shared tail of CopyRowBytes: 8, 4, 2, 1 bytes for bits 3..0.
 inline void CopyTailBytes(uint8_t* dst, const uint8_t* src, unsigned tail) {

@@ -1,10 +1,15 @@
 #include <immintrin.h>
 
 #include "buffer/fill_copy_row.h"
+#include "frame/cpu.h"
 
 namespace qbo {
 
 void CopyRowBytes_AVX2(uint8_t* dst, const uint8_t* src, std::size_t blocks, unsigned tail) {
+  if (blocks * 16 >= kRepMinBytes && Cpu().fast_strings) {
+    RepMovsb(dst, src, blocks * 16 + tail);
+    return;
+  }
   std::size_t i = 0;
   for (; i + 2 <= blocks; i += 2, dst += 32, src += 32) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst),
@@ -41,8 +46,19 @@ void StreamCopy_AVX2(uint8_t* dst, const uint8_t* src, std::size_t size) {
 }
 
 void Fill32_AVX2(uint32_t* dst, uint32_t value, std::size_t count) {
+  if (count * 4 >= kRepMinBytes && Cpu().fast_strings) {
+    RepStosd(dst, value, count);
+    return;
+  }
   const __m256i v = _mm256_set1_epi32(static_cast<int>(value));
   std::size_t i = 0;
+  for (; i + 32 <= count; i += 32) {
+    __m256i* p = reinterpret_cast<__m256i*>(dst + i);
+    _mm256_storeu_si256(p, v);
+    _mm256_storeu_si256(p + 1, v);
+    _mm256_storeu_si256(p + 2, v);
+    _mm256_storeu_si256(p + 3, v);
+  }
   for (; i + 8 <= count; i += 8) _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + i), v);
   Fill32_SSE2(dst + i, value, count - i);
 }

@@ -3,10 +3,15 @@
 #include <cstring>
 
 #include "buffer/fill_copy_row.h"
+#include "frame/cpu.h"
 
 namespace qbo {
 
 void CopyRowBytes_SSE2(uint8_t* dst, const uint8_t* src, std::size_t blocks, unsigned tail) {
+  if (blocks * 16 >= kRepMinBytes && Cpu().fast_strings) {
+    RepMovsb(dst, src, blocks * 16 + tail);
+    return;
+  }
   for (std::size_t i = 0; i < blocks; ++i, dst += 16, src += 16) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(dst),
                      _mm_loadu_si128(reinterpret_cast<const __m128i*>(src)));
@@ -40,6 +45,10 @@ void StreamCopy_SSE2(uint8_t* dst, const uint8_t* src, std::size_t size) {
 }
 
 void Fill32_SSE2(uint32_t* dst, uint32_t value, std::size_t count) {
+  if (count * 4 >= kRepMinBytes && Cpu().fast_strings) {
+    RepStosd(dst, value, count);
+    return;
+  }
   const __m128i v = _mm_set1_epi32(static_cast<int>(value));
   std::size_t i = 0;
   for (; i + 4 <= count; i += 4) _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i), v);

@@ -13,6 +13,49 @@ uint64_t ReadXcr0() {
   return (uint64_t{hi} << 32) | lo;
 }
 
+// Bytes of the cache that one leaf-4-style descriptor (CPUID 4 on Intel,
+// 0x8000001D on AMD) describes at `subleaf`, with its level; 0 past the
+// last one.
+std::size_t DescribedCache(unsigned leaf, unsigned subleaf, unsigned* level) {
+  unsigned eax, ebx, ecx, edx;
+  __cpuid_count(leaf, subleaf, eax, ebx, ecx, edx);
+  if ((eax & 31) == 0) return 0;
+  *level = (eax >> 5) & 7;
+  return std::size_t{((ebx >> 22) & 0x3FF) + 1} * (((ebx >> 12) & 0x3FF) + 1) *
+         ((ebx & 0xFFF) + 1) * (std::size_t{ecx} + 1);
+}
+
+std::size_t LastLevelCache() {
+  unsigned eax, ebx, ecx, edx;
+  const unsigned max_ext = __get_cpuid_max(0x80000000u, nullptr);
+  bool topology = false;
+  if (max_ext >= 0x80000001u) {
+    __cpuid(0x80000001u, eax, ebx, ecx, edx);
+    topology = (ecx & (1u << 22)) != 0;
+  }
+  unsigned leaf = 0;
+  if (__get_cpuid_max(0, nullptr) >= 4) leaf = 4;
+  if (topology && max_ext >= 0x8000001Du) leaf = 0x8000001Du;
+  std::size_t best = 0;
+  unsigned best_level = 0;
+  for (unsigned i = 0; leaf && i < 16; ++i) {
+    unsigned level = 0;
+    const std::size_t bytes = DescribedCache(leaf, i, &level);
+    if (bytes == 0) break;
+    if (level >= best_level) {
+      best = bytes;
+      best_level = level;
+    }
+  }
+  if (best == 0 && max_ext >= 0x80000006u) {
+    // The legacy AMD leaf: L3 in 512 KB units, else L2 in KB.
+    __cpuid(0x80000006u, eax, ebx, ecx, edx);
+    best = std::size_t{edx >> 18} * 512 * 1024;
+    if (best == 0) best = std::size_t{ecx >> 16} * 1024;
+  }
+  return best;
+}
+
 }  // namespace
 
 CpuFeatures DetectCpu() {
@@ -28,7 +71,17 @@ CpuFeatures DetectCpu() {
     __cpuid_count(7, 0, eax, ebx, ecx, edx);
     f.avx2 = (ebx & bit_AVX2) != 0;
   }
+  if (__get_cpuid_max(0, nullptr) >= 7) {
+    __cpuid_count(7, 0, eax, ebx, ecx, edx);
+    f.fast_strings = (ebx & (1u << 9)) != 0;
+  }
+  f.last_level_cache = LastLevelCache();
   return f;
+}
+
+const CpuFeatures& Cpu() {
+  static const CpuFeatures features = DetectCpu();
+  return features;
 }
 
 }  // namespace qbo

@@ -31,7 +31,7 @@ KernelLevel Min(KernelLevel a, KernelLevel b) { return a < b ? a : b; }
 
 KernelLevel MachineKernelLevel() {
   static const KernelLevel level = [] {
-    const CpuFeatures f = DetectCpu();
+    const CpuFeatures& f = Cpu();
     if (f.avx2 && f.sse2) return KernelLevel::kAvx2;
     if (f.sse2) return KernelLevel::kSse2;
     return KernelLevel::kC;
