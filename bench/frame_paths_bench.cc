@@ -26,8 +26,7 @@
 namespace qbo::bench {
 namespace {
 
-// The planes one frame of a job reads and writes, as byte counts; every
-// plane is 64-byte aligned, rows packed.
+// A picture size; a job's planes are 64-byte aligned with packed rows.
 struct Shape {
   int w, h;
 };
@@ -70,7 +69,7 @@ void Run(benchmark::State& state, const Job& job, Shape s, bool cold, bool ours)
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * frame));
 }
 
-std::size_t Px(Shape s) { return std::size_t{static_cast<std::size_t>(s.w)} * s.h; }
+std::size_t Px(Shape s) { return static_cast<std::size_t>(s.w) * s.h; }
 Shape TwoThirds(Shape s) { return {s.w * 2 / 3, s.h * 2 / 3}; }
 
 std::vector<Job> Jobs() {
