@@ -39,11 +39,27 @@ if(QBO_SANITIZE)
 endif()
 
 # Rows built for one instruction set carry it in their file name:
-# *_sse2.cc, *_ssse3.cc, *_sse41.cc, *_avx2.cc. Only those files get the
-# flags, so baseline code never picks up an instruction the CPU may lack.
+# *_sse2.cc, *_ssse3.cc, *_sse41.cc, *_avx2.cc, *_avx512.cc. Only those
+# files get the flags, so baseline code never picks up an instruction the
+# CPU may lack.
+# 64-bit MinGW cannot realign a frame for 64-byte spills, so the assembler
+# turns the aligned vector moves of the AVX-512 rows into unaligned ones.
+# AVX-512 F implies FMA (Clang drops AVX-512 under -mno-fma); the global
+# -ffp-contract=off is what keeps FMA out of the arithmetic.
+set(QBO_AVX512_FLAGS -mavx2 -mavx512f -mavx512bw)
+# GCC 12's own AVX-512 headers seed undefined registers with self-assignments
+# that its uninitialized-variable warnings report (GCC bug 105593, fixed in 13).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  list(APPEND QBO_AVX512_FLAGS -Wno-uninitialized -Wno-maybe-uninitialized)
+endif()
+if(WIN32)
+  list(APPEND QBO_AVX512_FLAGS -Wa,-muse-unaligned-vector-move)
+endif()
 function(qbo_apply_isa_flags sources)
   foreach(src IN LISTS sources)
-    if(src MATCHES "_avx2\\.cc$")
+    if(src MATCHES "_avx512\\.cc$")
+      set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "${QBO_AVX512_FLAGS}")
+    elseif(src MATCHES "_avx2\\.cc$")
       set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "-mavx2;-mno-fma")
     elseif(src MATCHES "_sse41\\.cc$")
       set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "-msse4.1")

@@ -23,6 +23,10 @@ void FillYuvToRgbKernels(ColorspaceKernels* k, KernelLevel level) {
     k->rgb24_to_rgba_row = Rgb24ToRgbaRow_Any_AVX2;
     k->rgb24_alpha_to_rgba_row = Rgb24AlphaToRgbaRow_Any_AVX2;
   }
+  if (level >= KernelLevel::kAvx512) {
+    k->yuyv_to_rgba_row = YuyvToRgbaRow_Any_AVX512;
+    k->yuyv_to_bgra_row = YuyvToBgraRow_Any_AVX512;
+  }
 }
 
 }  // namespace

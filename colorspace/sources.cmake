@@ -12,6 +12,7 @@ list(APPEND QBO_SOURCES
   colorspace/rgba_to_yuyv_row_sse2.cc
   colorspace/yuyv_to_rgba.cc
   colorspace/yuyv_to_rgba_row_avx2.cc
+  colorspace/yuyv_to_rgba_row_avx512.cc
   colorspace/yuyv_to_rgba_row_c.cc
   colorspace/yuyv_to_rgba_row_sse2.cc
   colorspace/planar_to_rgba.cc

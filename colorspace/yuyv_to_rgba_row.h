@@ -11,8 +11,9 @@
 //   Reads and writes nothing outside those bytes. Chroma of odd pixels is
 //   the mean of their pair's and the next pair's; the last pair of the row
 //   uses its own (see yuv_to_rgb_core.h).
-//   _SSE2 rows need width % 8 == 0, _AVX2 rows width % 16 == 0; the
-//   _Any_ forms take any even width and give the reference's bytes.
+//   _SSE2 rows need width % 8 == 0, _AVX2 rows width % 16 == 0, _AVX512
+//   rows (32-bit pixels only) width % 32 == 0; the _Any_ forms take any
+//   even width and give the reference's bytes.
 #ifndef QBO_COLORSPACE_YUYV_TO_RGBA_ROW_H_
 #define QBO_COLORSPACE_YUYV_TO_RGBA_ROW_H_
 
@@ -30,7 +31,9 @@ using YuyvToPixelsRowFn = void (*)(const uint8_t* src, uint8_t* dst, int width,
   void Name##_SSE2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v);     \
   void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v);     \
   void Name##_Any_SSE2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v); \
-  void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v)
+  void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v); \
+  void Name##_AVX512(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v);   \
+  void Name##_Any_AVX512(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v)
 
 QBO_DECLARE_YUYV_ROWS(YuyvToRgbaRow);
 QBO_DECLARE_YUYV_ROWS(YuyvToBgraRow);

@@ -70,6 +70,9 @@ CpuFeatures DetectCpu() {
   if (osxsave && avx && (ReadXcr0() & 0x6) == 0x6 && __get_cpuid_max(0, nullptr) >= 7) {
     __cpuid_count(7, 0, eax, ebx, ecx, edx);
     f.avx2 = (ebx & bit_AVX2) != 0;
+    // XCR0 bits 5-7: opmask registers and both halves of ZMM0-31.
+    f.avx512 = f.avx2 && (ebx & bit_AVX512F) && (ebx & bit_AVX512BW) &&
+               (ReadXcr0() & 0xE6) == 0xE6;
   }
   if (__get_cpuid_max(0, nullptr) >= 7) {
     __cpuid_count(7, 0, eax, ebx, ecx, edx);

@@ -12,6 +12,8 @@ struct CpuFeatures {
   bool sse41 = false;
   // AVX2 with the OS saving the YMM state (CPUID and XGETBV both agree).
   bool avx2 = false;
+  // AVX-512 F and BW with the OS saving the ZMM and mask state.
+  bool avx512 = false;
   // Fast `rep movsb` / `rep stos` (CPUID ERMS): long string moves run at the
   // cache's full rate and write whole lines without reading them first.
   bool fast_strings = false;

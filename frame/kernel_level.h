@@ -4,8 +4,11 @@
 namespace qbo {
 
 // Instruction-set levels of the row kernels, lowest first. SSE2 is the x86
-// baseline; AVX2 is taken only where CPUID and XGETBV allow it.
-enum class KernelLevel { kC = 0, kSse2 = 1, kAvx2 = 2 };
+// baseline; AVX2 and AVX-512 are taken only where CPUID and XGETBV allow
+// them. AVX-512 (F and BW) replaces the AVX2 rows only on the per-frame
+// paths where 64-byte registers measurably pay; every other row keeps its
+// AVX2 form at that level.
+enum class KernelLevel { kC = 0, kSse2 = 1, kAvx2 = 2, kAvx512 = 3 };
 
 }  // namespace qbo
 

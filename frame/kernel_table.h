@@ -1,6 +1,6 @@
 // The kernel table: every row kernel the exports run, one function pointer
 // per kernel, filled once at attach from the reference rows upwards (C,
-// then SSE2, then AVX2 where the CPU allows), each level overwriting the
+// then SSE2, AVX2, AVX-512 where the CPU allows), each level overwriting the
 // last. Exports read it; they never test the CPU themselves.
 #ifndef QBO_FRAME_KERNEL_TABLE_H_
 #define QBO_FRAME_KERNEL_TABLE_H_
@@ -47,7 +47,7 @@ const char* KernelLevelName(KernelLevel level);
 std::vector<KernelLevel> AvailableKernelLevels();
 
 // Fills the table at the machine's level, capped by the QBO_CPU variable
-// ("c", "sse2", "avx2"; anything else leaves the machine's level).
+// ("c", "sse2", "avx2", "avx512"; anything else leaves the machine's level).
 void InitKernelTableFromEnvironment();
 
 // Test and benchmark hook, never exported: refills the table at `level`,

@@ -30,8 +30,9 @@ TEST(KernelTable, CpuVariableCapsTheLevel) {
   const Case cases[] = {{"c", KernelLevel::kC},
                         {"sse2", KernelLevel::kSse2},
                         {"avx2", KernelLevel::kAvx2},
-                        {"bogus", KernelLevel::kAvx2},
-                        {nullptr, KernelLevel::kAvx2}};
+                        {"avx512", KernelLevel::kAvx512},
+                        {"bogus", KernelLevel::kAvx512},
+                        {nullptr, KernelLevel::kAvx512}};
   for (const Case& c : cases) {
     SetCpuVariable(c.value);
     InitKernelTableFromEnvironment();

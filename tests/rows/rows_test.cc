@@ -322,7 +322,7 @@ std::vector<Row> Rows() {
   };
   // The YUV to RGB rows: both standards, every output order.
   for (int bt709 : {0, 1}) {
-    rows.push_back({bt709 ? "yuyv_to_pixels 709" : "yuyv_to_pixels 601", 16, [bt709](K k, int w, Io& io) {
+    rows.push_back({bt709 ? "yuyv_to_pixels 709" : "yuyv_to_pixels 601", 32, [bt709](K k, int w, Io& io) {
                       const YuvToRgbVectors v = YuvToRgbVectorsFor(bt709);
                       const int even = (w + 1) & ~1;
                       if (even == 0) return;
@@ -331,7 +331,7 @@ std::vector<Row> Rows() {
                       k.colorspace.yuyv_to_bgra_row(s, io.Dst(4 * even), even, &v);
                       k.colorspace.yuyv_to_rgb24_row(s, io.Dst(3 * even), even, &v);
                     }});
-    rows.push_back({bt709 ? "planar_to_pixels 709" : "planar_to_pixels 601", 16, [bt709](K k, int w, Io& io) {
+    rows.push_back({bt709 ? "planar_to_pixels 709" : "planar_to_pixels 601", 64, [bt709](K k, int w, Io& io) {
                       const YuvToRgbVectors v = YuvToRgbVectorsFor(bt709);
                       if (w == 0) return;
                       const uint8_t* y = io.Src(w);
@@ -364,6 +364,12 @@ std::vector<Row> Rows() {
                     }
                   }});
   return rows;
+}
+
+// The AVX-512 rows run only where the CPU has them; say so when it does not.
+TEST(Rows, Avx512LevelIsSwept) {
+  if (MachineKernelLevel() < KernelLevel::kAvx512) GTEST_SKIP() << "this CPU has no AVX-512";
+  EXPECT_EQ(AvailableKernelLevels().back(), KernelLevel::kAvx512);
 }
 
 TEST(Rows, EveryLevelWritesTheReferenceBytes) {
