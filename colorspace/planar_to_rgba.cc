@@ -69,40 +69,34 @@ void Convert422Split(const RowJob& job, const Target (&out)[2], const PlanarSour
 }
 
 // The 4:2:0 forms: field f's row r goes to row r of field_out[f] (whose
-// pitch walks the field). Both fields advance in step, so the planes are
-// walked top to bottom once.
+// pitch walks the field). Rows go in frame order, top and bottom field by
+// turns, one row at a time: every plane is then read, and a whole frame
+// written, as one forward stream. Stepping each field two rows at a time
+// (to mix a pair of chroma rows once for both) makes the writes jump back
+// and forth, and on frames that do not stay in the cache that costs more
+// than mixing the chroma row again.
 void Convert420Fields(const RowJob& job, const Target (&field_out)[2], const PlanarSource& src,
                       int32_t height) {
   const int h2 = height / 2;
   if (job.width <= 0 || h2 < 1) return;
-  // An odd width's last pixel has a sample of its own.
   const int samples = (job.width + 1) / 2;
-  ScratchBuffer scratch(4 * static_cast<std::size_t>(samples));
+  ScratchBuffer scratch(2 * static_cast<std::size_t>(samples));
   if (!scratch) return;
-  uint8_t* mixed[2][2];  // [output row of the step][U, V]
-  for (int i = 0; i < 4; ++i) {
-    mixed[i / 2][i % 2] = static_cast<uint8_t*>(scratch.get()) + i * samples;
-  }
+  uint8_t* const mixed_u = static_cast<uint8_t*>(scratch.get());
+  uint8_t* const mixed_v = mixed_u + samples;
   const BlendChromaRowFn blend = Kernels().yuvlayout.blend_chroma;
-  int next[2] = {0, 0};
-  while (next[0] < h2 || next[1] < h2) {
-    for (int f = 0; f < 2; ++f) {
-      const int r = next[f];
-      if (r >= h2) continue;
-      const FieldChromaStep step = FieldChromaStepAt(r, h2, f, kPlainFieldChroma);
-      for (int i = 0; i < step.rows; ++i) {
-        const uint8_t* u = src.u.Row(step.a);
-        const uint8_t* v = src.v.Row(step.a);
-        if (step.a != step.b) {
-          blend(mixed[i][0], u, src.u.Row(step.b), samples, &step.w[i]);
-          blend(mixed[i][1], v, src.v.Row(step.b), samples, &step.w[i]);
-          u = mixed[i][0];
-          v = mixed[i][1];
-        }
-        job.Convert(field_out[f].Row(r + i), src.y.Row(2 * (r + i) + f), u, v);
-      }
-      next[f] = r + step.rows;
+  for (int j = 0; j < 2 * h2; ++j) {
+    const int f = j & 1, r = j >> 1;
+    const FieldChromaSource c = FieldChromaFor(r, h2, f, kPlainFieldChroma);
+    const uint8_t* u = src.u.Row(c.a);
+    const uint8_t* v = src.v.Row(c.a);
+    if (c.a != c.b) {
+      blend(mixed_u, u, src.u.Row(c.b), samples, &c.w);
+      blend(mixed_v, v, src.v.Row(c.b), samples, &c.w);
+      u = mixed_u;
+      v = mixed_v;
     }
+    job.Convert(field_out[f].Row(r), src.y.Row(j), u, v);
   }
 }
 

@@ -10,6 +10,9 @@ void FillPlanarToRgbaKernels(PlanarToRgbaKernels* k, KernelLevel level) {
   if (level >= KernelLevel::kAvx2) {
     *k = PlanarToRgbaKernels{PlanarToRgbaRow_Any_AVX2, PlanarToBgraRow_Any_AVX2};
   }
+  if (level >= KernelLevel::kAvx512) {
+    *k = PlanarToRgbaKernels{PlanarToRgbaRow_Any_AVX512, PlanarToBgraRow_Any_AVX512};
+  }
 }
 
 }  // namespace qbo

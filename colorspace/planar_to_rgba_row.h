@@ -11,12 +11,13 @@
 //     next sample and takes sample k. An odd width ends with an even pixel
 //     with its own sample, so the reference and _Any_ rows read
 //     (width + 1) / 2 samples and write exactly `width` pixels.
-//   _SSE2 rows take width % 8 == 0, _AVX2 rows width % 16 == 0; they
+//   _SSE2 rows take width % 8 == 0, _AVX2 rows width % 16 == 0, _AVX512
+//   rows width % 32 == 0; they
 //   convert whole blocks whose every odd pixel has a next sample, so they
 //   read width / 2 + 1 samples: the caller keeps at least one pixel of the
 //   row for the tail. The _Any_ rows run the SIMD row on
-//   8 x ((width - 1) / 8) or 16 x ((width - 1) / 16) pixels and the last
-//   1 .. 8 or 1 .. 16 through the same row on a padded copy (PaddedTail).
+//   B x ((width - 1) / B) pixels (B = 8, 16, 32) and the last 1 .. B
+//   through the same row on a padded copy (PaddedTail).
 #ifndef QBO_COLORSPACE_PLANAR_TO_RGBA_ROW_H_
 #define QBO_COLORSPACE_PLANAR_TO_RGBA_ROW_H_
 
@@ -39,7 +40,11 @@ using PlanarToPixelsRowFn = void (*)(uint8_t* dst, const uint8_t* y, const uint8
   void Name##_Any_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,  \
                        int width, const YuvToRgbVectors* vectors);                          \
   void Name##_Any_AVX2(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,  \
-                       int width, const YuvToRgbVectors* vectors)
+                       int width, const YuvToRgbVectors* vectors);                          \
+  void Name##_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,    \
+                     int width, const YuvToRgbVectors* vectors);                            \
+  void Name##_Any_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,\
+                         int width, const YuvToRgbVectors* vectors)
 
 QBO_DECLARE_PLANAR_ROWS(PlanarToRgbaRow);
 QBO_DECLARE_PLANAR_ROWS(PlanarToBgraRow);

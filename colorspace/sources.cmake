@@ -19,4 +19,5 @@ list(APPEND QBO_SOURCES
   colorspace/planar_to_rgba_kernels.cc
   colorspace/planar_to_rgba_row_c.cc
   colorspace/planar_to_rgba_row_sse2.cc
-  colorspace/planar_to_rgba_row_avx2.cc)
+  colorspace/planar_to_rgba_row_avx2.cc
+  colorspace/planar_to_rgba_row_avx512.cc)
