@@ -70,7 +70,6 @@ void Run(benchmark::State& state, const Job& job, Shape s, bool cold, bool ours)
 }
 
 std::size_t Px(Shape s) { return static_cast<std::size_t>(s.w) * s.h; }
-Shape TwoThirds(Shape s) { return {s.w * 2 / 3, s.h * 2 / 3}; }
 
 std::vector<Job> Jobs() {
   using P = uint8_t* const*;
@@ -89,6 +88,7 @@ std::vector<Job> Jobs() {
        "memset"},
   };
 #if defined(QBO_BENCH_LIBYUV)
+  auto two_thirds = [](Shape s) -> Shape { return {s.w * 2 / 3, s.h * 2 / 3}; };
   auto yuyv_bgra = [](int bt709) -> Job {
     return {bt709 ? "yuyv->bgra 709" : "yuyv->bgra 601",
             [](Shape s) { return std::vector<std::size_t>{2 * Px(s), 4 * Px(s)}; },
@@ -176,8 +176,8 @@ std::vector<Job> Jobs() {
                   "libyuv ARGBBlend"});
   // Bilinear stretches: down to two thirds, and up from two thirds.
   for (bool down : {true, false}) {
-    auto from = [down](Shape s) { return down ? s : TwoThirds(s); };
-    auto to = [down](Shape s) { return down ? TwoThirds(s) : s; };
+    auto from = [=](Shape s) { return down ? s : two_thirds(s); };
+    auto to = [=](Shape s) { return down ? two_thirds(s) : s; };
     jobs.push_back(
         {down ? "bilinear down 2/3" : "bilinear up 3/2",
          [=](Shape s) { return std::vector<std::size_t>{4 * Px(from(s)), 4 * Px(to(s))}; },

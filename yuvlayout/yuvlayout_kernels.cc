@@ -13,6 +13,7 @@ void FillYuvLayoutKernels(YuvLayoutKernels* k, KernelLevel level) {
     *k = YuvLayoutKernels{InterleaveYuyvRow_Any_AVX2, BlendChromaRow_Any_AVX2,
                           Yuv420ToYuyvRowPair_Any_AVX2, YuyvToLumaRow_Any_AVX2, YuyvToChromaRow_Any_AVX2};
   }
+  if (level >= KernelLevel::kAvx512) k->yuv420_to_yuyv_pair = Yuv420ToYuyvRowPair_Any_AVX512;
 }
 
 }  // namespace qbo

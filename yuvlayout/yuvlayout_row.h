@@ -25,7 +25,7 @@
 //     so the chroma is loaded and paired once for both. dst0 and dst1 do
 //     not overlap, except that they may be one row when y0 == y1 and both
 //     weights are equal (one row written twice with the same bytes).
-//     SSE2 width % 16 == 0, AVX2 width % 32 == 0.
+//     SSE2 width % 16 == 0, AVX2 width % 32 == 0, AVX512 width % 64 == 0.
 //
 //   YuyvToLumaRow(dst_y, src, width)
 //     dst_y[i] = src[2i] for i < (width & ~1): the odd last pixel is not
@@ -115,6 +115,15 @@ QBO_YUVLAYOUT_ROWS(AVX2);
 QBO_YUVLAYOUT_ROWS(Any_AVX2);
 
 #undef QBO_YUVLAYOUT_ROWS
+
+void Yuv420ToYuyvRowPair_AVX512(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
+                                const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
+                                const uint8_t* va, const uint8_t* vb, int width,
+                                const ChromaBlend* w);
+void Yuv420ToYuyvRowPair_Any_AVX512(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
+                                    const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
+                                    const uint8_t* va, const uint8_t* vb, int width,
+                                    const ChromaBlend* w);
 
 void YuyvChromaIntoLumaRow_C(uint8_t* dst_y, const uint8_t* a, int width);
 

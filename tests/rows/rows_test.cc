@@ -298,7 +298,7 @@ std::vector<Row> Rows() {
          const ChromaBlend cw{static_cast<uint16_t>(w % 9), static_cast<uint16_t>(8 - w % 9)};
          k.yuvlayout.blend_chroma(io.Dst(w), a, b, w, &cw);
        }},
-      {"yuv420_to_yuyv_pair", 32,
+      {"yuv420_to_yuyv_pair", 64,
        [](K k, int w, Io& io) {
          const ChromaBlend pairs[][2] = {{{6, 2}, {2, 6}}, {{5, 3}, {1, 7}}, {{7, 1}, {3, 5}}};
          const uint8_t* y0 = io.Src(w & ~1);
