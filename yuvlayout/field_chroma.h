@@ -66,29 +66,6 @@ inline FieldChromaSource FieldChromaFor(int r, int h2, int field,
   return {plane_row(k), plane_row(k + 1), weights.odd};
 }
 
-// One step through a field: row r alone when its chroma is one plane row
-// unchanged (a == b), else row r and, when it mixes the same two plane rows
-// (rows 2k + 1 and 2k + 2 both mix C[k] and C[k + 1]), row r + 1 with it,
-// so the two chroma rows are read once for both output rows.
-struct FieldChromaStep {
-  int a, b;
-  int rows;          // 1 or 2
-  ChromaBlend w[2];  // weights of row r and row r + 1 (w[1] == w[0] when alone)
-};
-
-inline FieldChromaStep FieldChromaStepAt(int r, int h2, int field,
-                                         const FieldChromaWeights& weights) {
-  const FieldChromaSource c = FieldChromaFor(r, h2, field, weights);
-  FieldChromaStep step = {c.a, c.b, 1, {c.w, c.w}};
-  if (c.a == c.b || r + 1 >= h2) return step;
-  const FieldChromaSource n = FieldChromaFor(r + 1, h2, field, weights);
-  if (n.a == c.a && n.b == c.b) {
-    step.rows = 2;
-    step.w[1] = n.w;
-  }
-  return step;
-}
-
 }  // namespace qbo
 
 #endif  // QBO_YUVLAYOUT_FIELD_CHROMA_H_

@@ -36,35 +36,25 @@ struct FieldTargets {
   int64_t pitch[2];
 };
 
-// Writes one step of field f from row r (see FieldChromaStepAt) and
-// returns the next row of the field. A lone mixed row goes through the pair
-// row as the same row twice.
-int ConvertStep(const FieldTargets& out, const Source420& src, int32_t width, int h2, int f,
-                int r, const FieldChromaWeights& weights) {
-  const qbo::YuvLayoutKernels& k = qbo::Kernels().yuvlayout;
-  auto dst = [&](int row) { return RowAt(out.base[f], out.pitch[f], row); };
-  auto luma = [&](int row) { return src.y.Row(2 * row + f); };
-  const qbo::FieldChromaStep step = qbo::FieldChromaStepAt(r, h2, f, weights);
-  if (step.a == step.b) {
-    k.interleave_yuyv(dst(r), luma(r), src.u.Row(step.a), src.v.Row(step.a), width);
-    return r + 1;
-  }
-  const int r1 = r + step.rows - 1;
-  k.yuv420_to_yuyv_pair(dst(r), dst(r1), luma(r), luma(r1), src.u.Row(step.a),
-                        src.u.Row(step.b), src.v.Row(step.a), src.v.Row(step.b), width, step.w);
-  return r + step.rows;
-}
-
-// Writes the h2 rows of both fields, the two fields in step so the frame
-// is walked top to bottom once.
+// Writes the h2 rows of both fields, row r of each field in turn, so that a
+// frame is written top to bottom: one store stream, which a frame past the
+// cache writes at nearly twice the speed of two rows interleaved.
 void ConvertFields(const FieldTargets& out, const Source420& src, int32_t width, int32_t height,
                    const FieldChromaWeights (&weights)[2]) {
   const int h2 = height / 2;
   if (width <= 0 || h2 < 1) return;
-  int next[2] = {0, 0};
-  while (next[0] < h2 || next[1] < h2) {
+  const qbo::YuvLayoutKernels& k = qbo::Kernels().yuvlayout;
+  for (int r = 0; r < h2; ++r) {
     for (int f = 0; f < 2; ++f) {
-      if (next[f] < h2) next[f] = ConvertStep(out, src, width, h2, f, next[f], weights[f]);
+      uint8_t* dst = RowAt(out.base[f], out.pitch[f], r);
+      const uint8_t* luma = src.y.Row(2 * r + f);
+      const qbo::FieldChromaSource c = qbo::FieldChromaFor(r, h2, f, weights[f]);
+      if (c.a == c.b) {
+        k.interleave_yuyv(dst, luma, src.u.Row(c.a), src.v.Row(c.a), width);
+      } else {
+        k.yuv420_to_yuyv(dst, luma, src.u.Row(c.a), src.u.Row(c.b), src.v.Row(c.a),
+                         src.v.Row(c.b), width, &c.w);
+      }
     }
   }
 }

@@ -10,7 +10,7 @@ namespace qbo {
 struct YuvLayoutKernels {
   InterleaveYuyvRowFn interleave_yuyv = nullptr;
   BlendChromaRowFn blend_chroma = nullptr;
-  Yuv420ToYuyvRowPairFn yuv420_to_yuyv_pair = nullptr;
+  Yuv420ToYuyvRowFn yuv420_to_yuyv = nullptr;
   YuyvToLumaRowFn yuyv_to_luma = nullptr;
   YuyvToChromaRowFn yuyv_to_chroma = nullptr;
 };

@@ -17,14 +17,10 @@
 //     (p + 3c + 2) >> 2 == (2p + 6c + 4) >> 3 for all bytes p, c.
 //     SSE2 count % 16 == 0, AVX2 count % 32 == 0.
 //
-//   Yuv420ToYuyvRowPair(dst0, dst1, y0, y1, ua, ub, va, vb, width, w)
-//     Two rows of the 4:2:0 to YUYV conversion that mix the same two chroma
-//     rows with different weights: dst_i is InterleaveYuyvRow of y_i with
-//     u[j] = (w[i].wa * ua[j] + w[i].wb * ub[j] + 4) >> 3 and v likewise.
-//     Within a field, rows 2k + 1 and 2k + 2 both mix C[k] and C[k + 1],
-//     so the chroma is loaded and paired once for both. dst0 and dst1 do
-//     not overlap, except that they may be one row when y0 == y1 and both
-//     weights are equal (one row written twice with the same bytes).
+//   Yuv420ToYuyvRow(dst, y, ua, ub, va, vb, width, w)
+//     A row of the 4:2:0 to YUYV conversion whose chroma mixes two chroma
+//     rows: InterleaveYuyvRow of y with
+//     u[j] = (w->wa * ua[j] + w->wb * ub[j] + 4) >> 3 and v likewise.
 //     SSE2 width % 16 == 0, AVX2 width % 32 == 0, AVX512 width % 64 == 0.
 //
 //   YuyvToLumaRow(dst_y, src, width)
@@ -85,10 +81,9 @@ using InterleaveYuyvRowFn = void (*)(uint8_t* dst, const uint8_t* y, const uint8
                                      const uint8_t* v, int width);
 using BlendChromaRowFn = void (*)(uint8_t* dst, const uint8_t* a, const uint8_t* b, int count,
                                   const ChromaBlend* w);
-using Yuv420ToYuyvRowPairFn = void (*)(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
-                                       const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
-                                       const uint8_t* va, const uint8_t* vb, int width,
-                                       const ChromaBlend* w);
+using Yuv420ToYuyvRowFn = void (*)(uint8_t* dst, const uint8_t* y, const uint8_t* ua,
+                                   const uint8_t* ub, const uint8_t* va, const uint8_t* vb,
+                                   int width, const ChromaBlend* w);
 using YuyvToLumaRowFn = void (*)(uint8_t* dst_y, const uint8_t* src, int width);
 using YuyvToChromaRowFn = void (*)(uint8_t* dst_u, uint8_t* dst_v, const uint8_t* a,
                                    const uint8_t* b, const uint8_t* c, const uint8_t* d,
@@ -99,10 +94,9 @@ using YuyvToChromaRowFn = void (*)(uint8_t* dst_u, uint8_t* dst_v, const uint8_t
                                  const uint8_t* v, int width);                                 \
   void BlendChromaRow_##level(uint8_t* dst, const uint8_t* a, const uint8_t* b, int count,    \
                               const ChromaBlend* w);                                           \
-  void Yuv420ToYuyvRowPair_##level(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,          \
-                                   const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,   \
-                                   const uint8_t* va, const uint8_t* vb, int width,           \
-                                   const ChromaBlend* w);                                     \
+  void Yuv420ToYuyvRow_##level(uint8_t* dst, const uint8_t* y, const uint8_t* ua,            \
+                               const uint8_t* ub, const uint8_t* va, const uint8_t* vb,       \
+                               int width, const ChromaBlend* w);                              \
   void YuyvToLumaRow_##level(uint8_t* dst_y, const uint8_t* src, int width);                  \
   void YuyvToChromaRow_##level(uint8_t* dst_u, uint8_t* dst_v, const uint8_t* a,              \
                                const uint8_t* b, const uint8_t* c, const uint8_t* d,          \
@@ -116,14 +110,11 @@ QBO_YUVLAYOUT_ROWS(Any_AVX2);
 
 #undef QBO_YUVLAYOUT_ROWS
 
-void Yuv420ToYuyvRowPair_AVX512(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
-                                const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
-                                const uint8_t* va, const uint8_t* vb, int width,
-                                const ChromaBlend* w);
-void Yuv420ToYuyvRowPair_Any_AVX512(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
-                                    const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
-                                    const uint8_t* va, const uint8_t* vb, int width,
-                                    const ChromaBlend* w);
+void Yuv420ToYuyvRow_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
+                            const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w);
+void Yuv420ToYuyvRow_Any_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* ua,
+                                const uint8_t* ub, const uint8_t* va, const uint8_t* vb,
+                                int width, const ChromaBlend* w);
 
 void YuyvChromaIntoLumaRow_C(uint8_t* dst_y, const uint8_t* a, int width);
 

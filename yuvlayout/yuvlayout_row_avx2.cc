@@ -113,13 +113,15 @@ void BlendChromaRow_AVX2(uint8_t* dst, const uint8_t* a, const uint8_t* b, int c
   for (int i = 0; i < count; i += 32) Store(dst + i, Blend32(Load(a + i), Load(b + i), weights));
 }
 
-void Yuv420ToYuyvRowPair_AVX2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
-                              const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
-                              const uint8_t* va, const uint8_t* vb, int width,
-                              const ChromaBlend* w) {
+void Yuv420ToYuyvRow_AVX2(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
+                          const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
+  const __m256i weights = BlendWeights(w);
   const __m256i zero = _mm256_setzero_si256();
   const __m256i four = _mm256_set1_epi16(4);
-  const __m256i w0 = BlendWeights(&w[0]), w1 = BlendWeights(&w[1]);
+  auto mix = [&](__m256i p) {
+    const __m256i s = _mm256_add_epi16(_mm256_maddubs_epi16(p, weights), four);
+    return _mm256_slli_epi16(_mm256_srli_epi16(s, 3), 8);
+  };
   for (int x = 0, h = 0; x < width; x += 32, h += 16) {
     // uv = [U0 V0 .. U7 V7 | U8 V8 .. U15 V15] of each source row; pairing
     // the rows gives (a, b) byte pairs for the multiply-add:
@@ -130,25 +132,17 @@ void Yuv420ToYuyvRowPair_AVX2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
         _mm256_set_m128i(_mm_unpackhi_epi8(ca_u, ca_v), _mm_unpacklo_epi8(ca_u, ca_v));
     const __m256i uvb =
         _mm256_set_m128i(_mm_unpackhi_epi8(cb_u, cb_v), _mm_unpacklo_epi8(cb_u, cb_v));
-    const __m256i pairs_lo = _mm256_unpacklo_epi8(uva, uvb);
-    const __m256i pairs_hi = _mm256_unpackhi_epi8(uva, uvb);
     // A YUYV word is Y | c << 8; the mixed chroma (below 256) goes straight
     // into the high byte. Luma unpacked against zero lands in the same
     // lanes: [Y0..7 | Y16..23] and [Y8..15 | Y24..31]; two lane swaps put
     // pixels 0..15 and 16..31 together for full-width stores.
-    auto row = [&](uint8_t* dst, const uint8_t* y, __m256i weights) {
-      auto mix = [&](__m256i p) {
-        const __m256i s = _mm256_add_epi16(_mm256_maddubs_epi16(p, weights), four);
-        return _mm256_slli_epi16(_mm256_srli_epi16(s, 3), 8);
-      };
-      const __m256i luma = Load(y + x);
-      const __m256i lo = _mm256_or_si256(_mm256_unpacklo_epi8(luma, zero), mix(pairs_lo));
-      const __m256i hi = _mm256_or_si256(_mm256_unpackhi_epi8(luma, zero), mix(pairs_hi));
-      Store(dst + 2 * x, _mm256_permute2x128_si256(lo, hi, 0x20));
-      Store(dst + 2 * x + 32, _mm256_permute2x128_si256(lo, hi, 0x31));
-    };
-    row(dst0, y0, w0);
-    row(dst1, y1, w1);
+    const __m256i luma = Load(y + x);
+    const __m256i lo = _mm256_or_si256(_mm256_unpacklo_epi8(luma, zero),
+                                       mix(_mm256_unpacklo_epi8(uva, uvb)));
+    const __m256i hi = _mm256_or_si256(_mm256_unpackhi_epi8(luma, zero),
+                                       mix(_mm256_unpackhi_epi8(uva, uvb)));
+    Store(dst + 2 * x, _mm256_permute2x128_si256(lo, hi, 0x20));
+    Store(dst + 2 * x + 32, _mm256_permute2x128_si256(lo, hi, 0x31));
   }
 }
 
@@ -202,15 +196,13 @@ void BlendChromaRow_Any_AVX2(uint8_t* dst, const uint8_t* a, const uint8_t* b, i
   BlendChromaRow_Any_SSE2(dst + n, a + n, b + n, count - n, w);
 }
 
-void Yuv420ToYuyvRowPair_Any_AVX2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
-                                  const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
-                                  const uint8_t* va, const uint8_t* vb, int width,
-                                  const ChromaBlend* w) {
+void Yuv420ToYuyvRow_Any_AVX2(uint8_t* dst, const uint8_t* y, const uint8_t* ua,
+                              const uint8_t* ub, const uint8_t* va, const uint8_t* vb, int width,
+                              const ChromaBlend* w) {
   const int n = width & ~31;
-  if (n) Yuv420ToYuyvRowPair_AVX2(dst0, dst1, y0, y1, ua, ub, va, vb, n, w);
+  if (n) Yuv420ToYuyvRow_AVX2(dst, y, ua, ub, va, vb, n, w);
   const int h = n / 2;
-  Yuv420ToYuyvRowPair_Any_SSE2(dst0 + 2 * n, dst1 + 2 * n, y0 + n, y1 + n, ua + h, ub + h,
-                               va + h, vb + h, width - n, w);
+  Yuv420ToYuyvRow_Any_SSE2(dst + 2 * n, y + n, ua + h, ub + h, va + h, vb + h, width - n, w);
 }
 
 void YuyvToLumaRow_Any_AVX2(uint8_t* dst_y, const uint8_t* src, int width) {

@@ -30,19 +30,14 @@ void BlendChromaRow_C(uint8_t* dst, const uint8_t* a, const uint8_t* b, int coun
   }
 }
 
-void Yuv420ToYuyvRowPair_C(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0, const uint8_t* y1,
-                           const uint8_t* ua, const uint8_t* ub, const uint8_t* va,
-                           const uint8_t* vb, int width, const ChromaBlend* w) {
-  uint8_t* dst[2] = {dst0, dst1};
-  const uint8_t* y[2] = {y0, y1};
-  for (int i = 0; i < 2; ++i) {
-    const int wa = w[i].wa, wb = w[i].wb;
-    for (int j = 0; j < width / 2; ++j) {
-      dst[i][4 * j + 0] = y[i][2 * j];
-      dst[i][4 * j + 1] = static_cast<uint8_t>((wa * ua[j] + wb * ub[j] + kEighthsRound) >> kEighthsShift);
-      dst[i][4 * j + 2] = y[i][2 * j + 1];
-      dst[i][4 * j + 3] = static_cast<uint8_t>((wa * va[j] + wb * vb[j] + kEighthsRound) >> kEighthsShift);
-    }
+void Yuv420ToYuyvRow_C(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
+                       const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
+  const int wa = w->wa, wb = w->wb;
+  for (int j = 0; j < width / 2; ++j) {
+    dst[4 * j + 0] = y[2 * j];
+    dst[4 * j + 1] = static_cast<uint8_t>((wa * ua[j] + wb * ub[j] + kEighthsRound) >> kEighthsShift);
+    dst[4 * j + 2] = y[2 * j + 1];
+    dst[4 * j + 3] = static_cast<uint8_t>((wa * va[j] + wb * vb[j] + kEighthsRound) >> kEighthsShift);
   }
 }
 

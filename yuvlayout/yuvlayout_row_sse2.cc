@@ -103,13 +103,15 @@ void BlendChromaRow_SSE2(uint8_t* dst, const uint8_t* a, const uint8_t* b, int c
   for (int i = 0; i < count; i += 16) Store(dst + i, Blend16(Load(a + i), Load(b + i), weights));
 }
 
-void Yuv420ToYuyvRowPair_SSE2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
-                              const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
-                              const uint8_t* va, const uint8_t* vb, int width,
-                              const ChromaBlend* w) {
+void Yuv420ToYuyvRow_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
+                          const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
   const __m128i zero = _mm_setzero_si128();
   const __m128i four = _mm_set1_epi16(4);
-  const BlendWeights w0(&w[0]), w1(&w[1]);
+  const BlendWeights bw(w);
+  auto mix = [&](__m128i a, __m128i b) {
+    const __m128i s = _mm_add_epi16(_mm_mullo_epi16(a, bw.wa), _mm_mullo_epi16(b, bw.wb));
+    return _mm_slli_epi16(_mm_srli_epi16(_mm_add_epi16(s, four), 3), 8);
+  };
   for (int x = 0, h = 0; x < width; x += 16, h += 8) {
     // Chroma words c = U0 V0 U1 V1 ... of both source rows, 16 bits each.
     const __m128i uva = _mm_unpacklo_epi8(Load8(ua + h), Load8(va + h));
@@ -118,17 +120,9 @@ void Yuv420ToYuyvRowPair_SSE2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
     const __m128i b_lo = _mm_unpacklo_epi8(uvb, zero), b_hi = _mm_unpackhi_epi8(uvb, zero);
     // A YUYV word is Y | c << 8: the mixed chroma (below 256) goes straight
     // into the high byte, with no pack and unpack in between.
-    auto row = [&](uint8_t* dst, const uint8_t* y, const BlendWeights& bw) {
-      auto mix = [&](__m128i a, __m128i b) {
-        const __m128i s = _mm_add_epi16(_mm_mullo_epi16(a, bw.wa), _mm_mullo_epi16(b, bw.wb));
-        return _mm_slli_epi16(_mm_srli_epi16(_mm_add_epi16(s, four), 3), 8);
-      };
-      const __m128i luma = Load(y + x);
-      Store(dst + 2 * x, _mm_or_si128(_mm_unpacklo_epi8(luma, zero), mix(a_lo, b_lo)));
-      Store(dst + 2 * x + 16, _mm_or_si128(_mm_unpackhi_epi8(luma, zero), mix(a_hi, b_hi)));
-    };
-    row(dst0, y0, w0);
-    row(dst1, y1, w1);
+    const __m128i luma = Load(y + x);
+    Store(dst + 2 * x, _mm_or_si128(_mm_unpacklo_epi8(luma, zero), mix(a_lo, b_lo)));
+    Store(dst + 2 * x + 16, _mm_or_si128(_mm_unpackhi_epi8(luma, zero), mix(a_hi, b_hi)));
   }
 }
 
@@ -178,15 +172,13 @@ void BlendChromaRow_Any_SSE2(uint8_t* dst, const uint8_t* a, const uint8_t* b, i
   BlendChromaRow_C(dst + n, a + n, b + n, count - n, w);
 }
 
-void Yuv420ToYuyvRowPair_Any_SSE2(uint8_t* dst0, uint8_t* dst1, const uint8_t* y0,
-                                  const uint8_t* y1, const uint8_t* ua, const uint8_t* ub,
-                                  const uint8_t* va, const uint8_t* vb, int width,
-                                  const ChromaBlend* w) {
+void Yuv420ToYuyvRow_Any_SSE2(uint8_t* dst, const uint8_t* y, const uint8_t* ua,
+                              const uint8_t* ub, const uint8_t* va, const uint8_t* vb, int width,
+                              const ChromaBlend* w) {
   const int n = width & ~15;
-  if (n) Yuv420ToYuyvRowPair_SSE2(dst0, dst1, y0, y1, ua, ub, va, vb, n, w);
+  if (n) Yuv420ToYuyvRow_SSE2(dst, y, ua, ub, va, vb, n, w);
   const int h = n / 2;
-  Yuv420ToYuyvRowPair_C(dst0 + 2 * n, dst1 + 2 * n, y0 + n, y1 + n, ua + h, ub + h, va + h,
-                        vb + h, width - n, w);
+  Yuv420ToYuyvRow_C(dst + 2 * n, y + n, ua + h, ub + h, va + h, vb + h, width - n, w);
 }
 
 void YuyvToLumaRow_Any_SSE2(uint8_t* dst_y, const uint8_t* src, int width) {

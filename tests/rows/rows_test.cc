@@ -298,14 +298,12 @@ std::vector<Row> Rows() {
          const ChromaBlend cw{static_cast<uint16_t>(w % 9), static_cast<uint16_t>(8 - w % 9)};
          k.yuvlayout.blend_chroma(io.Dst(w), a, b, w, &cw);
        }},
-      {"yuv420_to_yuyv_pair", 64,
+      {"yuv420_to_yuyv", 64,
        [](K k, int w, Io& io) {
-         const ChromaBlend pairs[][2] = {{{6, 2}, {2, 6}}, {{5, 3}, {1, 7}}, {{7, 1}, {3, 5}}};
-         const uint8_t* y0 = io.Src(w & ~1);
-         const uint8_t* y1 = io.Src(w & ~1);
+         const ChromaBlend cw{static_cast<uint16_t>(w % 9), static_cast<uint16_t>(8 - w % 9)};
+         const uint8_t* y = io.Src(w & ~1);
          const uint8_t *ua = io.Src(w / 2), *ub = io.Src(w / 2), *va = io.Src(w / 2), *vb = io.Src(w / 2);
-         uint8_t* d0 = io.Dst(2 * (w & ~1));
-         k.yuvlayout.yuv420_to_yuyv_pair(d0, io.Dst(2 * (w & ~1)), y0, y1, ua, ub, va, vb, w, pairs[w % 3]);
+         k.yuvlayout.yuv420_to_yuyv(io.Dst(2 * (w & ~1)), y, ua, ub, va, vb, w, &cw);
        }},
       {"yuyv_to_luma", 32,
        [](K k, int w, Io& io) {

@@ -56,18 +56,16 @@ TEST(LayoutRowsReference, HandWorkedValues) {
     // (10 + 140 + 4) >> 3 = 19; (1785 + 4) >> 3 = 223; 255; (7 + 63 + 4) >> 3 = 9
     EXPECT_EQ(std::vector<uint8_t>(out, out + 4), (std::vector<uint8_t>{19, 223, 255, 9}));
   }
-  {  // Pair row, weights (2, 6) then (6, 2):
-     // row 0 U (2 x 10 + 6 x 20 + 4) >> 3 = 144 >> 3 = 18,
-     //       V (2 x 100 + 6 x 200 + 4) >> 3 = 1404 >> 3 = 175;
-     // row 1 U (6 x 10 + 2 x 20 + 4) >> 3 = 104 >> 3 = 13,
-     //       V (6 x 100 + 2 x 200 + 4) >> 3 = 1004 >> 3 = 125.
-    const uint8_t y0[] = {1, 2}, y1[] = {3, 4}, ua[] = {10}, ub[] = {20}, va[] = {100},
-                  vb[] = {200};
-    uint8_t out0[4], out1[4];
+  {  // Mixed row, weights (2, 6) then (6, 2):
+     // U (2 x 10 + 6 x 20 + 4) >> 3 = 144 >> 3 = 18, V (2 x 100 + 6 x 200 + 4) >> 3 = 175;
+     // U (6 x 10 + 2 x 20 + 4) >> 3 = 104 >> 3 = 13, V (6 x 100 + 2 x 200 + 4) >> 3 = 125.
+    const uint8_t y[] = {1, 2}, ua[] = {10}, ub[] = {20}, va[] = {100}, vb[] = {200};
+    uint8_t out[4];
     const ChromaBlend w[2] = {{2, 6}, {6, 2}};
-    Yuv420ToYuyvRowPair_C(out0, out1, y0, y1, ua, ub, va, vb, 2, w);
-    EXPECT_EQ(std::vector<uint8_t>(out0, out0 + 4), (std::vector<uint8_t>{1, 18, 2, 175}));
-    EXPECT_EQ(std::vector<uint8_t>(out1, out1 + 4), (std::vector<uint8_t>{3, 13, 4, 125}));
+    Yuv420ToYuyvRow_C(out, y, ua, ub, va, vb, 2, &w[0]);
+    EXPECT_EQ(std::vector<uint8_t>(out, out + 4), (std::vector<uint8_t>{1, 18, 2, 175}));
+    Yuv420ToYuyvRow_C(out, y, ua, ub, va, vb, 2, &w[1]);
+    EXPECT_EQ(std::vector<uint8_t>(out, out + 4), (std::vector<uint8_t>{1, 13, 2, 125}));
   }
   {  // Luma: bytes 0 and 2 of each pair; width 3 writes two.
     const uint8_t src[] = {16, 128, 235, 128, 99, 1, 98, 2};
