@@ -41,6 +41,8 @@ struct Job {
   // Our call, then the peer's; null when the peer is not built in.
   std::function<Work(Shape)> ours, peer;
   const char* peer_name;
+  // The last plane is the destination; opaque (alpha 255) when set.
+  bool opaque_dst = false;
 };
 
 // Bytes of pool a cold run rotates through: far past any one core's cache.
@@ -55,7 +57,10 @@ void Run(benchmark::State& state, const Job& job, Shape s, bool cold, bool ours)
   for (std::size_t b : sizes) planes.push_back(std::make_unique<Frame>(b * pool));
   // Alpha that is neither all clear nor all opaque, for the blends.
   for (auto& p : planes) {
-    for (std::size_t i = 3; i < p->size(); i += 4) p->data()[i] = static_cast<uint8_t>(i * 37 >> 4);
+    const bool opaque = job.opaque_dst && p == planes.back();
+    for (std::size_t i = 3; i < p->size(); i += 4) {
+      p->data()[i] = opaque ? 255 : static_cast<uint8_t>(i * 37 >> 4);
+    }
   }
   const Work work = (ours ? job.ours : job.peer)(s);
   std::vector<uint8_t*> at(sizes.size());
@@ -161,19 +166,24 @@ std::vector<Job> Jobs() {
                     };
                   },
                   "libyuv YUY2ToI420"});
-  jobs.push_back({"over", [](Shape s) { return std::vector<std::size_t>{4 * Px(s), 4 * Px(s)}; },
-                  [](Shape s) -> Work {
-                    return [s](P p) {
-                      QN_BitBlt(p[1], 0, 0, s.w, s.h, s.w, s.h, p[0], 0, 0, s.w, s.h, s.w, s.h,
-                                0, 0);
-                    };
-                  },
-                  [](Shape s) -> Work {
-                    return [s](P p) {
-                      libyuv::ARGBBlend(p[0], 4 * s.w, p[1], 4 * s.w, p[1], 4 * s.w, s.w, s.h);
-                    };
-                  },
-                  "libyuv ARGBBlend"});
+  // Over a translucent destination, and over an opaque one (a picture
+  // placed on a video frame), where the result's alpha needs no quotient.
+  for (bool opaque : {false, true}) {
+    jobs.push_back({opaque ? "over opaque" : "over",
+                    [](Shape s) { return std::vector<std::size_t>{4 * Px(s), 4 * Px(s)}; },
+                    [](Shape s) -> Work {
+                      return [s](P p) {
+                        QN_BitBlt(p[1], 0, 0, s.w, s.h, s.w, s.h, p[0], 0, 0, s.w, s.h, s.w,
+                                  s.h, 0, 0);
+                      };
+                    },
+                    [](Shape s) -> Work {
+                      return [s](P p) {
+                        libyuv::ARGBBlend(p[0], 4 * s.w, p[1], 4 * s.w, p[1], 4 * s.w, s.w, s.h);
+                      };
+                    },
+                    "libyuv ARGBBlend", opaque});
+  }
   // Bilinear stretches: down to two thirds, and up from two thirds.
   for (bool down : {true, false}) {
     auto from = [=](Shape s) { return down ? s : two_thirds(s); };

@@ -17,7 +17,8 @@
 //     + Ad], alpha = (255 - As) + ((As x Ad + 255) >> 8); channels as above.
 //   Both read `width` pixels of src and dst and write `width` pixels of dst.
 //   dst and src must not overlap; any alignment. _SSE2 rows take width % 4
-//   == 0, _AVX2 rows width % 8 == 0; the _Any_ rows take any width.
+//   == 0, _AVX2 rows width % 8 == 0, _AVX512 rows width % 16 == 0; the _Any_
+//   rows take any width.
 //
 // Shortcuts of the SIMD rows, exact by the table's border values:
 //   As = 255 over: w = 32767 and 2 x (d + [d > 0]) x 32767 >> 16 == d for
@@ -60,6 +61,14 @@ void BlendOverRow_Any_AVX2(uint8_t* dst, const uint8_t* src, const int32_t* shar
                            std::size_t width);
 void BlendOverInvertedRow_Any_AVX2(uint8_t* dst, const uint8_t* src, const int32_t* share,
                                    std::size_t width);
+void BlendOverRow_AVX512(uint8_t* dst, const uint8_t* src, const int32_t* share,
+                         std::size_t width);
+void BlendOverInvertedRow_AVX512(uint8_t* dst, const uint8_t* src, const int32_t* share,
+                                 std::size_t width);
+void BlendOverRow_Any_AVX512(uint8_t* dst, const uint8_t* src, const int32_t* share,
+                             std::size_t width);
+void BlendOverInvertedRow_Any_AVX512(uint8_t* dst, const uint8_t* src, const int32_t* share,
+                                     std::size_t width);
 
 }  // namespace qbo
 

@@ -28,6 +28,10 @@ void FillBlitKernels(BlitKernels* k, KernelLevel level) {
     k->bilinear_horiz = BilinearHorizRow_Any_AVX2;
     k->mean_vert = MeanVertRow_Any_AVX2;
   }
+  if (level >= KernelLevel::kAvx512) {
+    k->blend_over = BlendOverRow_Any_AVX512;
+    k->blend_over_inverted = BlendOverInvertedRow_Any_AVX512;
+  }
 }
 
 }  // namespace qbo

@@ -4,6 +4,7 @@ list(APPEND QBO_SOURCES
   blit/bilinear_row_sse2.cc
   blit/bit_blt.cc
   blit/blend_row_avx2.cc
+  blit/blend_row_avx512.cc
   blit/blend_row_c.cc
   blit/blend_row_sse2.cc
   blit/blit_kernels.cc

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "blit/bilinear_row.h"
+#include "blit/blend_row.h"
 #include "colorspace/rgba_to_yuyv_row.h"
 #include "colorspace/yuv_to_rgb_core.h"
 #include "filter/blur_split_row.h"
@@ -145,7 +146,7 @@ std::vector<Row> Rows() {
        }},
       {"mix_mask", 64, [](K k, int w, Io& io) { const uint8_t* s = io.Src(w); k.mask.mix_mask(io.Dst(w), s, w); }},
       {"sub_mask", 64, [](K k, int w, Io& io) { const uint8_t* s = io.Src(w); k.mask.sub_mask(io.Dst(w), s, w); }},
-      {"blend_over", 16,
+      {"blend_over", 32,
        [](K k, int w, Io& io) {
          uint8_t* s = io.Src(4 * w);
          AlphaRuns(s, w, 4, 3);
@@ -153,7 +154,7 @@ std::vector<Row> Rows() {
          AlphaRuns(d, w / 2, 8, 3);
          k.blit.blend_over(d, s, g_tables.over_share, w);
        }},
-      {"blend_over_inverted", 16,
+      {"blend_over_inverted", 32,
        [](K k, int w, Io& io) {
          uint8_t* s = io.Src(4 * w);
          AlphaRuns(s, w, 4, 3);
@@ -368,6 +369,33 @@ std::vector<Row> Rows() {
 TEST(Rows, Avx512LevelIsSwept) {
   if (MachineKernelLevel() < KernelLevel::kAvx512) GTEST_SKIP() << "this CPU has no AVX-512";
   EXPECT_EQ(AvailableKernelLevels().back(), KernelLevel::kAvx512);
+}
+
+// The SIMD blends compute the over-share entry instead of reading the
+// table: every (source, destination) alpha pair, in blocks whose
+// destination alpha is fixed (the opaque-destination path) and in blocks
+// where it varies (the general one), against the reference row.
+TEST(Rows, BlendsMatchTheReferenceForEveryAlphaPair) {
+  const std::size_t n = 65536;
+  for (bool alpha_pair_swapped : {false, true}) {
+    std::vector<uint8_t> src = RandomBytes(4 * n, 11), dst = RandomBytes(4 * n, 12);
+    for (std::size_t i = 0; i < n; ++i) {
+      src[4 * i + 3] = static_cast<uint8_t>(alpha_pair_swapped ? i >> 8 : i);
+      dst[4 * i + 3] = static_cast<uint8_t>(alpha_pair_swapped ? i : i >> 8);
+    }
+    for (bool inverted : {false, true}) {
+      std::vector<uint8_t> want = dst;
+      (inverted ? BlendOverInvertedRow_C : BlendOverRow_C)(want.data(), src.data(),
+                                                           g_tables.over_share, n);
+      ForEachLevel([&](KernelLevel) {
+        std::vector<uint8_t> got = dst;
+        const BlitKernels& k = Kernels().blit;
+        (inverted ? k.blend_over_inverted : k.blend_over)(got.data(), src.data(),
+                                                          g_tables.over_share, n);
+        ASSERT_EQ(want, got) << "inverted=" << inverted;
+      });
+    }
+  }
 }
 
 TEST(Rows, EveryLevelWritesTheReferenceBytes) {
