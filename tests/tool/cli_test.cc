@@ -1,6 +1,9 @@
 // The program as a user runs it: exit status, what it prints, and what it
 // leaves on disk.
 #include <gtest/gtest.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "png_io.h"
 #include "tool_test_support.h"
@@ -72,6 +75,9 @@ TEST(Cli, ErrorsAreOneLineAndLeaveNoOutput) {
   test::WriteFile(dir / "notes.y4m", "these are notes\n");
   test::WriteFile(dir / "bad.png", "not a png at all");
   test::WriteFile(dir / "short.yuv", std::string(47, 'x'));
+  // A header that claims far more than the file holds is caught before
+  // the frame is allocated.
+  test::WriteFile(dir / "huge.y4m", "YUV4MPEG2 W32768 H32768 C420\nFRAME\nabc");
   WritePng(dir / "seq1.png", test::RandomFrame(PixelFormat::kRgb24, 4, 4, 1));
   WritePng(dir / "seq2.png", test::RandomFrame(PixelFormat::kRgb24, 4, 2, 2));
   test::WriteFile(dir / "out.y4m", "precious");
@@ -90,6 +96,11 @@ TEST(Cli, ErrorsAreOneLineAndLeaveNoOutput) {
       {{"convert", "cut.y4m", "out.y4m"}, "quillon: cut.y4m: truncated frame 2: 38 of 48 bytes\n"},
       {{"convert", "-f", "yuv420p", "-s", "8x4", "short.yuv", "out.yuv"},
        "quillon: short.yuv: truncated frame 1: 47 of 48 bytes of a 8x4 yuv420p frame\n"},
+      {{"convert", "huge.y4m", "out.y4m"},
+       "quillon: huge.y4m: truncated frame 1: 3 of 1610612736 bytes\n"},
+      {{"convert", "-f", "yuv420p", "-s", "32768x32768", "short.yuv", "out.yuv"},
+       "quillon: short.yuv: truncated frame 1: 47 of 1610612736 bytes of a 32768x32768 yuv420p "
+       "frame\n"},
       {{"convert", "c444.y4m", "out.y4m"},
        "quillon: c444.y4m: unsupported chroma layout C444 (quillon reads 4:2:0 and 4:2:2: "
        "C420jpeg, C420mpeg2, C420paldv, C420, C422)\n"},
@@ -113,6 +124,70 @@ TEST(Cli, ErrorsAreOneLineAndLeaveNoOutput) {
     EXPECT_EQ(dir.List(), before);
   }
   EXPECT_EQ(test::ReadFile(dir / "out.y4m"), "precious");
+}
+
+// Only a regular OUT is replaced by a rename: a FIFO is written straight
+// through and stays a FIFO, a symbolic link is followed and stays a link.
+TEST(Cli, OutputsThatAreNotRegularFilesKeepTheirKind) {
+  TempDir dir;
+  StreamInfo info;
+  info.width = 8;
+  info.height = 4;
+  MakeY4m(dir, "in.y4m", info, 2, 7);
+  const std::string expected = test::ReadFile(dir / "in.y4m");
+
+  // The read end is opened first and without waiting, so the writer never
+  // blocks; the little output fits the pipe's buffer.
+  ASSERT_EQ(::mkfifo((dir / "fifo.y4m").c_str(), 0600), 0);
+  const int fd = ::open((dir / "fifo.y4m").c_str(), O_RDONLY | O_NONBLOCK);
+  ASSERT_GE(fd, 0);
+  const test::RunResult r = RunQuillon({"convert", "in.y4m", "fifo.y4m"}, dir);
+  std::string through_fifo;
+  char buffer[4096];
+  for (ssize_t n; (n = ::read(fd, buffer, sizeof buffer)) > 0;) through_fifo.append(buffer, n);
+  ::close(fd);
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(through_fifo, expected);
+  EXPECT_TRUE(test::fs::is_fifo(dir / "fifo.y4m"));
+
+  test::WriteFile(dir / "target.y4m", "old");
+  test::fs::create_symlink("target.y4m", dir / "link.y4m");
+  ASSERT_EQ(RunQuillon({"convert", "in.y4m", "link.y4m"}, dir).status, 0);
+  EXPECT_TRUE(test::fs::is_symlink(dir / "link.y4m"));
+  EXPECT_EQ(test::ReadFile(dir / "target.y4m"), expected);
+
+  test::fs::create_symlink("nowhere/x.y4m", dir / "dangling.y4m");
+  const test::RunResult dangling = RunQuillon({"convert", "in.y4m", "dangling.y4m"}, dir);
+  EXPECT_EQ(dangling.status, 1);
+  EXPECT_NE(dangling.err.find("is a symbolic link to a file that cannot be reached"),
+            std::string::npos)
+      << dangling.err;
+  EXPECT_EQ(dir.List(), (std::vector<std::string>{"dangling.y4m", "fifo.y4m", "in.y4m", "link.y4m",
+                                                  "target.y4m"}));
+}
+
+// The frame rate: -r for raw input, doubled by a field split (the clip
+// keeps its duration) and halved again by the compose.
+TEST(Cli, FrameRatesFollowTheFrames) {
+  TempDir dir;
+  test::WriteFile(dir / "in.yuv", std::string(4 * 8 * 4 * 3 / 2, '\x40'));
+  ASSERT_EQ(RunQuillon({"convert", "-f", "yuv420p", "-s", "8x8", "-r", "30000/1001", "in.yuv",
+                        "a.y4m"},
+                       dir)
+                .status,
+            0);
+  EXPECT_EQ(Y4mReader(dir / "a.y4m").info().rate_num, 30000);
+  const test::RunResult split = RunQuillon({"convert", "a.y4m", "f.y4m", "--fields", "split"}, dir);
+  ASSERT_EQ(split.status, 0) << split.err;
+  const StreamInfo fields = Y4mReader(dir / "f.y4m").info();
+  EXPECT_EQ(fields.rate_num, 60000);
+  EXPECT_EQ(fields.rate_den, 1001);
+  ASSERT_EQ(RunQuillon({"convert", "f.y4m", "b.y4m", "--fields", "compose"}, dir).status, 0);
+  EXPECT_EQ(Y4mReader(dir / "b.y4m").info().rate_num, 30000);
+  const test::RunResult bad = RunQuillon({"convert", "-f", "yuv420p", "-s", "8x8", "-r", "25/0",
+                                          "in.yuv", "c.y4m"},
+                                         dir);
+  EXPECT_EQ(bad.status, 2);
 }
 
 

@@ -24,6 +24,7 @@ const std::vector<OptionSpec>& ConvertOptionsTable() {
       {"in-format", 'f', "FMT", "pixel format of a raw IN"},
       {"in-size", 's', "WxH", "frame size of a raw IN"},
       {"interlace", 0, "ORDER", "fields of a raw IN: progressive (default), tff or bff"},
+      {"rate", 'r', "N[/D]", "frames a second of a raw IN, such as 25 or 30000/1001 (default 25)"},
       {"out-format", 'p', "FMT", "pixel format of OUT (default: IN's, if OUT can hold it)"},
       {"bt709", 0, nullptr, "convert colours with BT.709 instead of BT.601"},
       {"flip", 0, nullptr, "turn every frame upside down"},
@@ -76,6 +77,15 @@ ConvertOptions ToOptions(const ParsedArgs& args) {
     } else {
       throw UsageError("--interlace: '" + *v + "' is not progressive, tff or bff");
     }
+  }
+  if (auto v = args.Value("rate")) {
+    const std::size_t slash = v->find('/');
+    options.raw.rate_num =
+        static_cast<int>(ParseInteger(v->substr(0, slash), "--rate", 1, INT32_MAX));
+    options.raw.rate_den = slash == std::string::npos
+                               ? 1
+                               : static_cast<int>(ParseInteger(v->substr(slash + 1), "--rate",
+                                                               1, INT32_MAX));
   }
   if (auto v = args.Value("out-format")) options.out_format = ParseFormatOption(*v, "--out-format");
   options.bt709 = args.Has("bt709");
@@ -132,6 +142,19 @@ void ScaleAspect(StreamInfo& info, int64_t mul_num, int64_t mul_den) {
   info.aspect_den = static_cast<int>(den);
 }
 
+// Multiplies the frame rate by mul_num / mul_den, reduced; a rate that no
+// longer fits is refused rather than written wrong.
+void ScaleRate(StreamInfo& info, int64_t mul_num, int64_t mul_den) {
+  int64_t num = info.rate_num * mul_num;
+  int64_t den = info.rate_den * mul_den;
+  const int64_t divisor = std::gcd(num, den);
+  num /= divisor;
+  den /= divisor;
+  if (num > INT32_MAX || den > INT32_MAX) Fail("--fields", "the frame rate does not fit");
+  info.rate_num = static_cast<int>(num);
+  info.rate_den = static_cast<int>(den);
+}
+
 std::string SizeText(int width, int height) {
   return std::to_string(width) + "x" + std::to_string(height);
 }
@@ -154,6 +177,7 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     output_.frame_count = input.frame_count < 0 ? -1 : input.frame_count / 2;
     output_.order = order = FieldOrder::kTopFirst;
     ScaleAspect(output_, 2, 1);  // a frame's rows are half a field row tall
+    ScaleRate(output_, 1, 2);    // two fields make one frame
     needed.push_back("QN_CS_ComposeFields");
   }
   through_bgra_ = options.width != 0 || !options.overlay_path.empty() || out_format != input.format;
@@ -195,6 +219,7 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     output_.height /= 2;
     output_.order = FieldOrder::kProgressive;
     ScaleAspect(output_, 1, 2);
+    ScaleRate(output_, 2, 1);  // the field rate: the clip keeps its duration
     output_.frame_count = input.frame_count < 0 ? -1 : input.frame_count * 2;
     needed.push_back("QN_CS_SplitFrame");
   }
@@ -330,8 +355,9 @@ std::string ConvertHelp() {
          OptionHelp(ConvertOptionsTable()) +
          "\n"
          "Frames are converted to BGRA for scaling and overlays and when the output format\n"
-         "differs. Interlaced 4:2:0 keeps its chroma by field. OUT is written under a\n"
-         "temporary name and renamed when complete.\n"
+         "differs. Interlaced 4:2:0 keeps its chroma by field. A regular OUT is written\n"
+         "under a temporary name and renamed when complete; a device, a FIFO and '-' are\n"
+         "written straight through, and a symbolic link is followed to its file.\n"
          "\n"
          "Examples:\n"
          "  quillon convert in.y4m out%04d.png --bt709\n"

@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <cstring>
 
 #include "errors.h"
@@ -41,6 +43,12 @@ std::size_t InputFile::Read(void* data, std::size_t size) {
   return got;
 }
 
+int64_t InputFile::Remaining() {
+  if (size_ < 0) return -1;
+  const off_t at = ::ftello(file_);
+  return at < 0 ? -1 : size_ - static_cast<int64_t>(at);
+}
+
 int InputFile::ReadByte() {
   const int c = std::fgetc(file_);
   if (c == EOF && std::ferror(file_)) Fail(path_, "read error: " + SystemError());
@@ -54,25 +62,46 @@ std::string TemporaryNameFor(const std::string& path) {
   return dir + "." + base + ".quillon-" + std::to_string(::getpid()) + ".tmp";
 }
 
-OutputFile::OutputFile(const std::string& path) : path_(path) {
+OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
   if (path == "-") {
     file_ = stdout;
     path_ = "<stdout>";
     return;
   }
-  struct stat st;
-  if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) {
-    Fail(path, "is a directory, not a file");
+  struct stat link, st;
+  const bool exists = ::lstat(path.c_str(), &link) == 0;
+  const bool is_link = exists && S_ISLNK(link.st_mode);
+  if (is_link && ::stat(path.c_str(), &st) != 0) {
+    Fail(path, "is a symbolic link to a file that cannot be reached: " + SystemError());
   }
-  temp_path_ = TemporaryNameFor(path);
+  if (exists && !is_link) st = link;
+  if (exists && S_ISDIR(st.st_mode)) Fail(path, "is a directory, not a file");
+  if (exists && !S_ISREG(st.st_mode)) {
+    // A device, FIFO or socket: the reader at the other end wants the
+    // bytes, and the node must stay what it is.
+    file_ = std::fopen(path.c_str(), "wb");
+    if (file_ == nullptr) Fail(path, "cannot open for writing: " + SystemError());
+    owned_ = true;
+    return;
+  }
+  if (is_link) {
+    // Replace the file the link names, and keep the link.
+    char resolved[PATH_MAX];
+    if (::realpath(path.c_str(), resolved) == nullptr) {
+      Fail(path, "cannot follow the symbolic link: " + SystemError());
+    }
+    target_ = resolved;
+  }
+  temp_path_ = TemporaryNameFor(target_);
   file_ = std::fopen(temp_path_.c_str(), "wb");
   if (file_ == nullptr) Fail(path, "cannot create: " + SystemError());
+  owned_ = true;
 }
 
 OutputFile::~OutputFile() {
-  if (committed_ || temp_path_.empty()) return;
+  if (committed_ || !owned_) return;
   std::fclose(file_);
-  std::remove(temp_path_.c_str());
+  if (!temp_path_.empty()) std::remove(temp_path_.c_str());
 }
 
 void OutputFile::Write(const void* data, std::size_t size) {
@@ -81,8 +110,10 @@ void OutputFile::Write(const void* data, std::size_t size) {
 
 void OutputFile::Commit() {
   if (temp_path_.empty()) {
-    if (std::fflush(file_) != 0) Fail(path_, "write error: " + SystemError());
+    const bool flushed = std::fflush(file_) == 0;
+    const bool closed = !owned_ || std::fclose(file_) == 0;
     committed_ = true;
+    if (!flushed || !closed) Fail(path_, "write error: " + SystemError());
     return;
   }
   const bool flushed = std::fflush(file_) == 0;
@@ -94,7 +125,7 @@ void OutputFile::Commit() {
     errno = flushed ? errno : saved;
     Fail(path_, "write error: " + SystemError());
   }
-  if (std::rename(temp_path_.c_str(), path_.c_str()) != 0) {
+  if (std::rename(temp_path_.c_str(), target_.c_str()) != 0) {
     const std::string why = SystemError();
     std::remove(temp_path_.c_str());
     Fail(path_, "cannot rename the finished file into place: " + why);

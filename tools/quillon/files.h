@@ -1,7 +1,9 @@
 // Files as the tool uses them: inputs read in whole frames, outputs written
 // under a temporary name in the destination's folder and renamed into place
 // only when complete, so a failed or interrupted run never leaves a
-// half-written file under the name the user asked for.
+// half-written file under the name the user asked for. Only a regular file
+// is replaced that way: devices, FIFOs and standard output are written
+// straight through, and a symbolic link is followed to the file it names.
 #ifndef QUILLON_TOOL_FILES_H_
 #define QUILLON_TOOL_FILES_H_
 
@@ -28,6 +30,8 @@ class InputFile {
   int ReadByte();
   // Bytes in the file, or -1 for a pipe or terminal.
   int64_t size() const { return size_; }
+  // Bytes not yet read, or -1 when the size is not known.
+  int64_t Remaining();
   std::FILE* stream() { return file_; }
 
  private:
@@ -41,7 +45,8 @@ class OutputFile {
  public:
   // "-" writes standard output directly (nothing to rename).
   explicit OutputFile(const std::string& path);
-  // Removes the temporary file unless Commit() ran.
+  // Removes the temporary file unless Commit() ran; a file written straight
+  // through keeps what was written.
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -51,11 +56,15 @@ class OutputFile {
   void Write(const void* data, std::size_t size);
   // Flushes, closes and renames the temporary file to the final name.
   void Commit();
+  // True when the output replaces a regular file (temporary name, rename).
+  bool replaces() const { return !temp_path_.empty(); }
 
  private:
   std::string path_;
-  std::string temp_path_;
+  std::string target_;     // the file the rename replaces: path_, links followed
+  std::string temp_path_;  // empty when written straight through
   std::FILE* file_ = nullptr;
+  bool owned_ = false;
   bool committed_ = false;
 };
 

@@ -52,6 +52,8 @@ class RawSource : public FrameSource {
     info_.width = raw.width;
     info_.height = raw.height;
     info_.order = raw.order;
+    info_.rate_num = raw.rate_num;
+    info_.rate_den = raw.rate_den;
     frame_bytes_ = FrameBytes(info_.format, info_.width, info_.height);
     if (file_.size() >= 0) {
       info_.frame_count = file_.size() / static_cast<int64_t>(frame_bytes_);
@@ -59,10 +61,16 @@ class RawSource : public FrameSource {
   }
   const StreamInfo& info() const override { return info_; }
   bool Read(Frame& frame) override {
-    frame.Reset(info_.format, info_.width, info_.height);
-    frame.order = info_.order;
-    const std::size_t got = file_.Read(frame.data(), frame_bytes_);
-    if (got == 0) return false;
+    // A file's remaining size is checked before the frame is allocated.
+    const int64_t left = file_.Remaining();
+    if (left == 0) return false;
+    std::size_t got = static_cast<std::size_t>(left);  // a short rest is reported unread
+    if (left < 0 || got >= frame_bytes_) {
+      frame.Reset(info_.format, info_.width, info_.height);
+      frame.order = info_.order;
+      got = file_.Read(frame.data(), frame_bytes_);
+      if (got == 0) return false;
+    }
     ++frames_read_;
     if (got != frame_bytes_) {
       Fail(file_.path(), "truncated frame " + std::to_string(frames_read_) + ": " +

@@ -39,6 +39,7 @@ struct RawInputSpec {
   int width = 0;
   int height = 0;
   FieldOrder order = FieldOrder::kProgressive;
+  int rate_num = 25, rate_den = 1;  // frames a second, as num / den
 };
 
 std::unique_ptr<FrameSource> OpenSource(const std::string& path, const RawInputSpec& raw);

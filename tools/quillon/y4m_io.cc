@@ -160,6 +160,14 @@ bool Y4mReader::Read(Frame& frame) {
     Fail(file_.path(), "frame " + std::to_string(number) +
                            ": no FRAME header where one was due (truncated or corrupt frame)");
   }
+  // What the file still holds is checked before the frame is allocated: a
+  // header may claim a picture far larger than the file.
+  const std::size_t bytes = FrameBytes(info_.format, info_.width, info_.height);
+  const int64_t left = file_.Remaining();
+  if (left >= 0 && left < static_cast<int64_t>(bytes)) {
+    Fail(file_.path(), "truncated frame " + std::to_string(number) + ": " + std::to_string(left) +
+                           " of " + std::to_string(bytes) + " bytes");
+  }
   frame.Reset(info_.format, info_.width, info_.height);
   frame.order = info_.order;
   const std::size_t got = file_.Read(frame.data(), frame.byte_size());
