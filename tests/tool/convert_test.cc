@@ -70,6 +70,37 @@ TEST(Convert, FieldsSplitAndComposeBackExactly) {
   }
 }
 
+// Between YUV formats only the layout and the chroma change: packed <->
+// planar 4:2:2 round-trips byte for byte, and 4:2:2 <-> 4:2:0 keeps every
+// luma byte, interlaced (576 rows, whose last row the library's 4:2:0 to
+// 4:2:2 layout blackens) and progressive.
+TEST(Convert, YuvLayoutChangesKeepLumaExactly) {
+  TempDir dir;
+  const Frame yuyv = RandomFrame(PixelFormat::kYuyv422, 10, 576, 5);
+  test::WriteFile(dir / "in.yuv",
+                  std::string(reinterpret_cast<const char*>(yuyv.data()), yuyv.byte_size()));
+  for (const char* interlace : {"tff", "progressive"}) {
+    SCOPED_TRACE(interlace);
+    const std::vector<std::string> raw = {"-f", "yuyv422", "-s", "10x576", "--interlace", interlace};
+    std::vector<std::string> args = {"convert"};
+    args.insert(args.end(), raw.begin(), raw.end());
+    args.insert(args.end(), {"in.yuv", "p422.y4m", "-p", "yuv422p"});
+    ASSERT_EQ(RunQuillon(args, dir).status, 0);
+    ASSERT_EQ(RunQuillon({"convert", "p422.y4m", "back.yuv", "-p", "yuyv422"}, dir).status, 0);
+    EXPECT_EQ(test::ReadFile(dir / "back.yuv"), test::ReadFile(dir / "in.yuv"));
+    ASSERT_EQ(RunQuillon({"convert", "p422.y4m", "p420.y4m", "-p", "yuv420p"}, dir).status, 0);
+    ASSERT_EQ(RunQuillon({"convert", "p420.y4m", "again.yuv", "-p", "yuyv422"}, dir).status, 0);
+    const std::string again = test::ReadFile(dir / "again.yuv");
+    const std::vector<Frame> p420 = ReadAllY4m(dir / "p420.y4m");
+    ASSERT_EQ(again.size(), yuyv.byte_size());
+    ASSERT_EQ(p420.size(), 1u);
+    for (std::size_t i = 0; i < 10 * 576; ++i) {
+      ASSERT_EQ(static_cast<uint8_t>(again[2 * i]), yuyv.data()[2 * i]) << "luma " << i;
+      ASSERT_EQ(p420[0].data()[i], yuyv.data()[2 * i]) << "4:2:0 luma " << i;
+    }
+  }
+}
+
 // Neutral chroma gives grey equal to luma in either standard, a value the
 // conversion must keep exactly: (32 x Y + 0 + 16) >> 5 = Y. Width 10 ends
 // its rows on a lone final pair, the case the row converters treat apart.

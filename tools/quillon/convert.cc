@@ -180,14 +180,25 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     ScaleRate(output_, 1, 2);    // two fields make one frame
     needed.push_back("QN_CS_ComposeFields");
   }
-  through_bgra_ = options.width != 0 || !options.overlay_path.empty() || out_format != input.format;
+  const bool drawn = options.width != 0 || !options.overlay_path.empty();
+  yuv_layout_ = !drawn && out_format != input.format && IsYuv(input.format) && IsYuv(out_format);
+  through_bgra_ = !yuv_layout_ && (drawn || out_format != input.format);
+  if (yuv_layout_) {
+    for (const std::string& name : ExportsForYuvLayout(input.format, out_format)) {
+      needed.push_back(name);
+    }
+  }
+  const bool library_420 = (through_bgra_ && input.format == PixelFormat::kYuv420p) ||
+                           (yuv_layout_ && (input.format == PixelFormat::kYuv420p ||
+                                            out_format == PixelFormat::kYuv420p));
   if (through_bgra_) {
     for (const std::string& name : ExportsForToBgra(input.format, order)) needed.push_back(name);
+  }
+  if (library_420) {
     // The library interpolates interlaced 4:2:0 chroma field by field from
     // at least two chroma rows a field.
     const int rows = options.fields == FieldMode::kCompose ? input.height * 2 : input.height;
-    if (input.format == PixelFormat::kYuv420p && order != FieldOrder::kProgressive &&
-        (rows % 4 != 0 || rows < 8)) {
+    if (order != FieldOrder::kProgressive && (rows % 4 != 0 || rows < 8)) {
       Fail("input",
            "unsupported size: interlaced yuv420p needs a height that is a multiple of 4 "
            "and at least 8, not " +
@@ -255,7 +266,9 @@ void ConvertChain::Push(const Frame& frame, const std::function<void(const Frame
 
 void ConvertChain::Process(const Frame& frame, const std::function<void(const Frame&)>& emit) {
   Frame* current = &converted_;
-  if (through_bgra_) {
+  if (yuv_layout_) {
+    ConvertYuvLayout(frame, output_.format, converted_);
+  } else if (through_bgra_) {
     ToBgra(frame, bgra_, options_.bt709);
     current = &bgra_;
   } else {
@@ -355,7 +368,8 @@ std::string ConvertHelp() {
          OptionHelp(ConvertOptionsTable()) +
          "\n"
          "Frames are converted to BGRA for scaling and overlays and when the output format\n"
-         "differs. Interlaced 4:2:0 keeps its chroma by field. A regular OUT is written\n"
+         "differs; between YUV formats only the layout and chroma change, luma is kept\n"
+         "exactly. Interlaced 4:2:0 keeps its chroma by field. A regular OUT is written\n"
          "under a temporary name and renamed when complete; a device, a FIFO and '-' are\n"
          "written straight through, and a symbolic link is followed to its file.\n"
          "\n"

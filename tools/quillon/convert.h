@@ -56,6 +56,7 @@ class ConvertChain {
   StreamInfo output_;
   ConvertOptions options_;
   bool through_bgra_ = false;
+  bool yuv_layout_ = false;  // YUV to YUV with nothing drawn: luma kept exactly
   Frame overlay_;
   Frame top_;
   bool have_top_ = false;

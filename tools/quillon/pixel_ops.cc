@@ -400,6 +400,62 @@ void FromBgra(const Frame& src, PixelFormat format, Frame& dst, bool bt709) {
                 Interlaced(src));
 }
 
+std::vector<std::string> ExportsForYuvLayout(PixelFormat from, PixelFormat to) {
+  std::vector<std::string> names;
+  if (from == to) return names;
+  if (from == PixelFormat::kYuv422p) names.push_back("QN_CS_ComposeYUV422_Frame");
+  if (from == PixelFormat::kYuv420p) {
+    names.insert(names.end(), {"QN_CS_420_422_YUVFrame", "QN_CS_ComposeYUV422_Frame"});
+  }
+  if (to == PixelFormat::kYuv420p) {
+    names.insert(names.end(), {"QN_CS_422_420_YUVFrame", "QN_CS_422_420_YUVField"});
+  }
+  return names;
+}
+
+void ConvertYuvLayout(const Frame& src, PixelFormat format, Frame& dst) {
+  if (src.format() == format) {
+    Swizzle(src, format, dst);
+    return;
+  }
+  Require(ExportsForYuvLayout(src.format(), format));
+  const int w = src.width(), h = src.height();
+  const Frame* yuyv = &src;
+  Frame& scratch = YuyvScratch();
+  if (src.format() != PixelFormat::kYuyv422) {
+    scratch.Reset(PixelFormat::kYuyv422, w, h);
+    scratch.order = src.order;
+    PlanarToPacked(src, scratch.plane(0), CallPlanar422ToYuyv, CallYuv420ToYuyv, 0);
+    if (src.format() == PixelFormat::kYuv420p && Interlaced(src) && h == 576) {
+      // The library blackens the last row of a 576-row picture; a layout
+      // change keeps it: its luma, and the bottom field's last chroma row,
+      // which that row takes unchanged.
+      const Plane y = src.plane(0), u = src.plane(1), v = src.plane(2), d = scratch.plane(0);
+      const uint8_t* ly = y.data + static_cast<std::size_t>(h - 1) * y.pitch;
+      const uint8_t* lu = u.data + static_cast<std::size_t>(h / 2 - 1) * u.pitch;
+      const uint8_t* lv = v.data + static_cast<std::size_t>(h / 2 - 1) * v.pitch;
+      uint8_t* out = d.data + static_cast<std::size_t>(h - 1) * d.pitch;
+      for (int pair = 0; pair < w / 2; ++pair) {
+        out[4 * pair] = ly[2 * pair];
+        out[4 * pair + 1] = lu[pair];
+        out[4 * pair + 2] = ly[2 * pair + 1];
+        out[4 * pair + 3] = lv[pair];
+      }
+    }
+    yuyv = &scratch;
+  }
+  if (format == PixelFormat::kYuyv422) {
+    Swizzle(*yuyv, format, dst);
+  } else if (format == PixelFormat::kYuv422p) {
+    YuyvToPlanar422(*yuyv, dst);
+  } else {
+    dst.Reset(PixelFormat::kYuv420p, w, h);
+    dst.order = src.order;
+    CallYuyvTo420(yuyv->plane(0), dst.plane(0), dst.plane(1), dst.plane(2), w, h,
+                  Interlaced(src));
+  }
+}
+
 void Yuv420ToYuyv(const Frame& src, Frame& dst) {
   dst.Reset(PixelFormat::kYuyv422, src.width(), src.height());
   dst.order = src.order;

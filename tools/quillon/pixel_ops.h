@@ -40,6 +40,13 @@ void ToBgra(const Frame& src, Frame& dst, bool bt709);
 // pairs of rows for a progressive one.
 void FromBgra(const Frame& src, PixelFormat format, Frame& dst, bool bt709);
 
+// YUV to another YUV layout with the luma moved, never converted: packed
+// <-> planar moves bytes, 4:2:0 -> 4:2:2 interpolates the chroma (by field
+// for an interlaced frame, repeated over row pairs for a progressive one)
+// and 4:2:2 -> 4:2:0 filters it the same way.
+std::vector<std::string> ExportsForYuvLayout(PixelFormat from, PixelFormat to);
+void ConvertYuvLayout(const Frame& src, PixelFormat format, Frame& dst);
+
 // Planar 4:2:0 (interlaced chroma) to packed YUYV and YUYV to BGRA, the
 // two halves of the conversion by way of YUYV.
 void Yuv420ToYuyv(const Frame& src, Frame& dst);
