@@ -101,6 +101,63 @@ TEST(Convert, YuvLayoutChangesKeepLumaExactly) {
   }
 }
 
+// Ranges: a limited clip's black (16) and white (235) become RGB 0 and 255,
+// stay 16 and 235 between YUV files unless full range is asked for, and
+// RGB becomes limited YUV by default. The tag says which range a file has.
+TEST(Convert, LimitedRangeBlackStaysOrExpandsAsAsked) {
+  TempDir dir;
+  StreamInfo info;
+  info.width = 8;
+  info.height = 4;
+  info.range = ColorRange::kLimited;
+  Frame clip(PixelFormat::kYuv420p, 8, 4);
+  std::fill(clip.data(), clip.data() + clip.byte_size(), 128);
+  std::fill(clip.data(), clip.data() + 16, 16);      // rows 0-1 black
+  std::fill(clip.data() + 16, clip.data() + 32, 235);  // rows 2-3 white
+  WriteY4m(dir / "tv.y4m", info, {clip});
+  struct Case {
+    std::vector<std::string> options;
+    const char* out;
+    uint8_t black, white;  // first byte of row 0 and of row 2
+    const char* tag;       // in the output header, "" for none
+  };
+  const Case cases[] = {
+      {{}, "rgb.png", 0, 255, ""},
+      {{}, "same.y4m", 16, 235, "XCOLORRANGE=LIMITED"},
+      {{"--out-range", "full"}, "pc.y4m", 0, 255, "XCOLORRANGE=FULL"},
+      {{"-p", "yuyv422"}, "tv.yuv", 16, 235, ""},
+      {{"--size", "4x4"}, "small.y4m", 16, 235, "XCOLORRANGE=LIMITED"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.out);
+    std::vector<std::string> args = {"convert", "tv.y4m", c.out};
+    args.insert(args.end(), c.options.begin(), c.options.end());
+    const test::RunResult r = RunQuillon(args, dir);
+    ASSERT_EQ(r.status, 0) << r.err;
+    const std::string out = test::ReadFile(dir / c.out);
+    const std::string c_out = c.out;
+    if (c_out.ends_with(".png")) {
+      const Frame rgb = ReadOnePng(dir / c.out);
+      EXPECT_EQ(rgb.data()[0], c.black);
+      EXPECT_EQ(rgb.data()[2 * 8 * 3], c.white);
+    } else if (c_out.ends_with(".yuv")) {
+      EXPECT_EQ(static_cast<uint8_t>(out[0]), c.black);
+      EXPECT_EQ(static_cast<uint8_t>(out[2 * 16]), c.white);
+    } else {
+      const Frame f = ReadAllY4m(dir / c.out).at(0);
+      EXPECT_EQ(f.data()[0], c.black);
+      EXPECT_EQ(f.data()[2 * f.width()], c.white);
+      EXPECT_NE(out.substr(0, out.find('\n')).find(c.tag), std::string::npos) << out.substr(0, 80);
+    }
+  }
+  // RGB black to YUV: 16 by default, 0 when full range is asked for.
+  WritePng(dir / "black.png", Frame(PixelFormat::kRgb24, 8, 4));
+  for (const auto& [range, black] : {std::pair{"limited", 16}, {"full", 0}}) {
+    ASSERT_EQ(RunQuillon({"convert", "black.png", "b.y4m", "--out-range", range}, dir).status, 0);
+    EXPECT_EQ(ReadAllY4m(dir / "b.y4m").at(0).data()[0], black) << range;
+  }
+}
+
 // Neutral chroma gives grey equal to luma in either standard, a value the
 // conversion must keep exactly: (32 x Y + 0 + 16) >> 5 = Y. Width 10 ends
 // its rows on a lone final pair, the case the row converters treat apart.
@@ -116,8 +173,9 @@ TEST(Convert, GreyYuvBecomesTheSameGreyRgb) {
   for (const char* interlace : {"progressive", "tff"}) {
     for (const char* standard : {"--bt709", "--quiet"}) {
       SCOPED_TRACE(std::string(interlace) + " " + standard);
-      const test::RunResult r = RunQuillon({"convert", "-f", "yuv420p", "-s", "10x8", "--interlace",
-                                            interlace, standard, "grey.yuv", "grey.png"},
+      const test::RunResult r = RunQuillon({"convert", "-f", "yuv420p", "-s", "10x8", "--in-range", "full",
+                                            "--interlace", interlace, standard, "grey.yuv",
+                                            "grey.png"},
                                            dir);
       ASSERT_EQ(r.status, 0) << r.err;
       const Frame rgb = ReadOnePng(dir / "grey.png");

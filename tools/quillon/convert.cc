@@ -31,6 +31,8 @@ const std::vector<OptionSpec>& ConvertOptionsTable() {
       {"size", 0, "WxH", "scale every frame to WxH"},
       {"filter", 0, "NAME", "scaling filter: bilinear (default), mean, 4tap or 8tap"},
       {"overlay", 0, "PNG@X,Y", "lay PNG over every frame by its alpha, top-left at X,Y"},
+      {"in-range", 0, "RANGE", "YUV range of IN when the file does not say: limited (default) or full"},
+      {"out-range", 0, "RANGE", "YUV range of OUT: limited or full (default: IN's; limited from RGB)"},
       {"fields", 0, "MODE", "split: write each frame as its two fields; compose: pair fields"},
       {"frames", 'n', "N", "stop after N input frames"},
       {"quiet", 'q', nullptr, "draw no progress bar"},
@@ -98,6 +100,15 @@ ConvertOptions ToOptions(const ParsedArgs& args) {
     if (options.width == 0) throw UsageError("--filter: has no effect without --size");
   }
   if (auto v = args.Value("overlay")) ParseOverlay(*v, options);
+  auto range = [&](const char* option) -> ColorRange {
+    const std::optional<std::string> v = args.Value(option);
+    if (!v) return ColorRange::kUnknown;
+    if (*v == "full") return ColorRange::kFull;
+    if (*v == "limited") return ColorRange::kLimited;
+    throw UsageError(std::string("--") + option + ": '" + *v + "' is not full or limited");
+  };
+  if (const ColorRange r = range("in-range"); r != ColorRange::kUnknown) options.in_range = r;
+  options.out_range = range("out-range");
   if (auto v = args.Value("fields")) {
     if (*v == "split") {
       options.fields = FieldMode::kSplit;
@@ -170,6 +181,18 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     Fail("--out-format", std::string("the output file cannot hold ") + FormatName(out_format));
   }
   output_.format = out_format;
+  if (IsYuv(input.format)) {
+    in_range_ = input.range != ColorRange::kUnknown ? input.range : options.in_range;
+  }
+  if (IsYuv(out_format)) {
+    out_range_ = options.out_range != ColorRange::kUnknown ? options.out_range
+                 : IsYuv(input.format)                    ? in_range_
+                                                          : ColorRange::kLimited;
+  }
+  // A range the input did not state and no option named stays unstated.
+  const bool assumed = IsYuv(input.format) && input.range == ColorRange::kUnknown &&
+                       options.out_range == ColorRange::kUnknown;
+  output_.range = assumed ? ColorRange::kUnknown : out_range_;
   std::vector<std::string> needed;
   FieldOrder order = input.order;
   if (options.fields == FieldMode::kCompose) {
@@ -266,13 +289,24 @@ void ConvertChain::Push(const Frame& frame, const std::function<void(const Frame
 
 void ConvertChain::Process(const Frame& frame, const std::function<void(const Frame&)>& emit) {
   Frame* current = &converted_;
+  // The library converts full-range YUV: a limited input is expanded
+  // before the conversion to BGRA and a limited output compressed after
+  // it; between YUV formats the range changes only when asked.
   if (yuv_layout_) {
     ConvertYuvLayout(frame, output_.format, converted_);
+    ConvertRange(converted_, in_range_, out_range_);
   } else if (through_bgra_) {
-    ToBgra(frame, bgra_, options_.bt709);
+    const Frame* source = &frame;
+    if (in_range_ == ColorRange::kLimited) {
+      Swizzle(frame, frame.format(), full_range_);
+      ConvertRange(full_range_, ColorRange::kLimited, ColorRange::kFull);
+      source = &full_range_;
+    }
+    ToBgra(*source, bgra_, options_.bt709);
     current = &bgra_;
   } else {
     Swizzle(frame, frame.format(), converted_);  // a plain copy, to work in place
+    ConvertRange(converted_, in_range_, out_range_);
   }
   if (options_.flip) FlipVertically(*current);
   if (options_.width != 0) {
@@ -286,6 +320,9 @@ void ConvertChain::Process(const Frame& frame, const std::function<void(const Fr
   }
   if (through_bgra_) {
     FromBgra(*current, output_.format, converted_, options_.bt709);
+    if (out_range_ == ColorRange::kLimited) {
+      ConvertRange(converted_, ColorRange::kFull, ColorRange::kLimited);
+    }
     current = &converted_;
   }
   if (options_.fields != FieldMode::kSplit) {

@@ -28,6 +28,10 @@ struct ConvertOptions {
   int overlay_x = 0;
   int overlay_y = 0;
   FieldMode fields = FieldMode::kNone;
+  // YUV range of an input whose file does not say (raw, untagged Y4M), and
+  // of a YUV output (unknown: the input's, or limited after RGB).
+  ColorRange in_range = ColorRange::kLimited;
+  ColorRange out_range = ColorRange::kUnknown;
   int64_t max_frames = -1;  // input frames; -1 for all
   bool quiet = false;
 };
@@ -57,6 +61,9 @@ class ConvertChain {
   ConvertOptions options_;
   bool through_bgra_ = false;
   bool yuv_layout_ = false;  // YUV to YUV with nothing drawn: luma kept exactly
+  ColorRange in_range_ = ColorRange::kUnknown;   // kUnknown for RGB
+  ColorRange out_range_ = ColorRange::kUnknown;  // kUnknown for RGB
+  Frame full_range_;  // a limited-range input expanded for the BGRA conversion
   Frame overlay_;
   Frame top_;
   bool have_top_ = false;

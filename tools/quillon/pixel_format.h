@@ -39,6 +39,10 @@ struct Plane {
 };
 
 // Everything known about a stream of frames before the first one is read.
+// The value range of YUV samples: full (0..255, the library's own) or
+// limited (luma 16..235, chroma 16..240). kUnknown: the file does not say.
+enum class ColorRange { kUnknown, kFull, kLimited };
+
 struct StreamInfo {
   PixelFormat format = PixelFormat::kYuv420p;
   int width = 0;
@@ -49,6 +53,7 @@ struct StreamInfo {
   int aspect_num = 0;  // 0:0 is "unknown", as in YUV4MPEG2
   int aspect_den = 0;
   int64_t frame_count = -1;  // -1 when the source cannot tell
+  ColorRange range = ColorRange::kUnknown;
 };
 
 // One picture, its planes packed one after another with no padding, which

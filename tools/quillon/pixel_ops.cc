@@ -1,5 +1,7 @@
 #include "pixel_ops.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "QuillonBufferOperaU.h"
@@ -453,6 +455,29 @@ void ConvertYuvLayout(const Frame& src, PixelFormat format, Frame& dst) {
     dst.order = src.order;
     CallYuyvTo420(yuyv->plane(0), dst.plane(0), dst.plane(1), dst.plane(2), w, h,
                   Interlaced(src));
+  }
+}
+
+void ConvertRange(Frame& frame, ColorRange from, ColorRange to) {
+  if (from == to || !IsYuv(frame.format())) return;
+  const bool expand = from == ColorRange::kLimited;
+  uint8_t luma[256], chroma[256];
+  for (int i = 0; i < 256; ++i) {
+    const double y = expand ? (i - 16) * 255.0 / 219.0 : i * 219.0 / 255.0 + 16;
+    const double c = 128 + (i - 128) * (expand ? 255.0 / 224.0 : 224.0 / 255.0);
+    luma[i] = static_cast<uint8_t>(std::clamp(std::floor(y + 0.5), 0.0, 255.0));
+    chroma[i] = static_cast<uint8_t>(std::clamp(std::floor(c + 0.5), 0.0, 255.0));
+  }
+  for (int p = 0; p < frame.plane_count(); ++p) {
+    const Plane plane = frame.plane(p);
+    for (int row = 0; row < plane.rows; ++row) {
+      uint8_t* s = plane.data + static_cast<std::size_t>(row) * plane.pitch;
+      for (int32_t i = 0; i < plane.row_bytes; ++i) {
+        // YUYV: even bytes luma, odd chroma; planar: plane 0 luma.
+        const bool is_luma = IsPlanar(frame.format()) ? p == 0 : i % 2 == 0;
+        s[i] = (is_luma ? luma : chroma)[s[i]];
+      }
+    }
   }
 }
 

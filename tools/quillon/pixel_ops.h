@@ -47,6 +47,11 @@ void FromBgra(const Frame& src, PixelFormat format, Frame& dst, bool bt709);
 std::vector<std::string> ExportsForYuvLayout(PixelFormat from, PixelFormat to);
 void ConvertYuvLayout(const Frame& src, PixelFormat format, Frame& dst);
 
+// Maps a YUV frame's samples from one range to the other in place, rounded
+// to nearest: limited luma 16..235 and chroma 16..240 (128 centred) span
+// full 0..255. Values outside the limited range are clamped.
+void ConvertRange(Frame& frame, ColorRange from, ColorRange to);
+
 // Planar 4:2:0 (interlaced chroma) to packed YUYV and YUYV to BGRA, the
 // two halves of the conversion by way of YUYV.
 void Yuv420ToYuyv(const Frame& src, Frame& dst);

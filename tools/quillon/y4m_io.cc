@@ -113,8 +113,12 @@ StreamInfo ParseY4mHeader(const std::string& path, const std::string& line) {
                          "C420, C422)");
         }
         break;
+      case 'X':
+        if (value == "COLORRANGE=FULL") info.range = ColorRange::kFull;
+        if (value == "COLORRANGE=LIMITED") info.range = ColorRange::kLimited;
+        break;  // other X comments are allowed by the format
       default:
-        break;  // X comments and unknown tags are allowed by the format
+        break;  // unknown tags are allowed by the format
     }
   }
   if (!have_width || !have_height) Fail(path, "YUV4MPEG2 header lacks the W or H tag");
@@ -128,10 +132,13 @@ std::string FormatY4mHeader(const StreamInfo& info) {
                          : info.order == FieldOrder::kBottomFirst ? 'b'
                                                                   : 'p';
   const char* chroma = info.format == PixelFormat::kYuv422p ? "422" : "420jpeg";
-  char header[160];
-  std::snprintf(header, sizeof header, "%s W%d H%d F%d:%d I%c A%d:%d C%s\n", kMagic, info.width,
+  const char* range = info.range == ColorRange::kFull      ? " XCOLORRANGE=FULL"
+                      : info.range == ColorRange::kLimited ? " XCOLORRANGE=LIMITED"
+                                                           : "";
+  char header[192];
+  std::snprintf(header, sizeof header, "%s W%d H%d F%d:%d I%c A%d:%d C%s%s\n", kMagic, info.width,
                 info.height, info.rate_num, info.rate_den, interlace, info.aspect_num,
-                info.aspect_den, chroma);
+                info.aspect_den, chroma, range);
   return header;
 }
 
