@@ -92,7 +92,7 @@ TEST(Cli, ErrorsAreOneLineAndLeaveNoOutput) {
        "quillon: notes.y4m: unknown format: not a YUV4MPEG2 stream\n"},
       {{"convert", "short.yuv", "out.y4m"},
        "quillon: short.yuv: unknown format: raw frames need --in-format FMT and --in-size WxH "
-       "(or name the file *.y4m or *.png)\n"},
+       "(or name the file *.y4m or *.png, or give --in-container)\n"},
       {{"convert", "cut.y4m", "out.y4m"}, "quillon: cut.y4m: truncated frame 2: 38 of 48 bytes\n"},
       {{"convert", "-f", "yuv420p", "-s", "8x4", "short.yuv", "out.yuv"},
        "quillon: short.yuv: truncated frame 1: 47 of 48 bytes of a 8x4 yuv420p frame\n"},
@@ -190,6 +190,23 @@ TEST(Cli, FrameRatesFollowTheFrames) {
   EXPECT_EQ(bad.status, 2);
 }
 
+
+// Y4M through standard input and output, as a pipe between programs uses
+// it, when the container is named; "-" alone stays raw.
+TEST(Cli, Y4mThroughPipesWhenNamed) {
+  TempDir dir;
+  StreamInfo info;
+  info.width = 8;
+  info.height = 4;
+  MakeY4m(dir, "in.y4m", info, 3, 4);
+  const std::string command = "cd '" + dir.path() + "' && cat in.y4m | '" + QUILLON_BINARY +
+                              "' convert --in-container y4m --out-container y4m -q - - > out.y4m";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(test::ReadFile(dir / "out.y4m"), test::ReadFile(dir / "in.y4m"));
+  const test::RunResult raw = RunQuillon({"convert", "-", "out.yuv"}, dir);
+  EXPECT_EQ(raw.status, 1);
+  EXPECT_NE(raw.err.find("--in-container"), std::string::npos) << raw.err;
+}
 
 }  // namespace
 }  // namespace quillon

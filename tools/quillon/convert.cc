@@ -25,6 +25,8 @@ const std::vector<OptionSpec>& ConvertOptionsTable() {
       {"in-size", 's', "WxH", "frame size of a raw IN"},
       {"interlace", 0, "ORDER", "fields of a raw IN: progressive (default), tff or bff"},
       {"rate", 'r', "N[/D]", "frames a second of a raw IN, such as 25 or 30000/1001 (default 25)"},
+      {"in-container", 0, "TYPE", "read IN as y4m, png or raw whatever its name (such as - for a pipe)"},
+      {"out-container", 0, "TYPE", "write OUT as y4m, png or raw whatever its name"},
       {"out-format", 'p', "FMT", "pixel format of OUT (default: IN's, if OUT can hold it)"},
       {"bt709", 0, nullptr, "convert colours with BT.709 instead of BT.601"},
       {"flip", 0, nullptr, "turn every frame upside down"},
@@ -109,6 +111,15 @@ ConvertOptions ToOptions(const ParsedArgs& args) {
   };
   if (const ColorRange r = range("in-range"); r != ColorRange::kUnknown) options.in_range = r;
   options.out_range = range("out-range");
+  auto container = [&](const char* option) -> std::optional<Container> {
+    const std::optional<std::string> v = args.Value(option);
+    if (!v) return std::nullopt;
+    const std::optional<Container> c = ParseContainer(*v);
+    if (!c) throw UsageError(std::string("--") + option + ": '" + *v + "' is not y4m, png or raw");
+    return c;
+  };
+  options.in_container = container("in-container");
+  options.out_container = container("out-container");
   if (auto v = args.Value("fields")) {
     if (*v == "split") {
       options.fields = FieldMode::kSplit;
@@ -353,9 +364,10 @@ int RunConvert(const std::vector<std::string>& args) {
   if (in_path == out_path && in_path != "-") {
     throw UsageError("convert: IN and OUT are the same file");
   }
-  std::unique_ptr<FrameSource> source = OpenSource(in_path, options.raw);
-  ConvertChain chain(source->info(), ContainerFor(out_path), options, out_path);
-  std::unique_ptr<FrameSink> sink = OpenSink(out_path, chain.output_info());
+  std::unique_ptr<FrameSource> source = OpenSource(in_path, options.raw, options.in_container);
+  ConvertChain chain(source->info(), options.out_container.value_or(ContainerFor(out_path)),
+                     options, out_path);
+  std::unique_ptr<FrameSink> sink = OpenSink(out_path, chain.output_info(), options.out_container);
 
   int64_t total = source->info().frame_count;
   if (options.max_frames >= 0 && (total < 0 || total > options.max_frames)) {

@@ -32,6 +32,8 @@ struct ConvertOptions {
   // of a YUV output (unknown: the input's, or limited after RGB).
   ColorRange in_range = ColorRange::kLimited;
   ColorRange out_range = ColorRange::kUnknown;
+  // File formats chosen by option instead of by name ("-" is raw unless told).
+  std::optional<Container> in_container, out_container;
   int64_t max_frames = -1;  // input frames; -1 for all
   bool quiet = false;
 };

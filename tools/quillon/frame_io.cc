@@ -237,8 +237,16 @@ bool ContainerHolds(Container container, PixelFormat format) {
   return false;
 }
 
-std::unique_ptr<FrameSource> OpenSource(const std::string& path, const RawInputSpec& raw) {
-  switch (ContainerFor(path)) {
+std::optional<Container> ParseContainer(const std::string& name) {
+  if (name == "y4m") return Container::kY4m;
+  if (name == "png") return Container::kPng;
+  if (name == "raw") return Container::kRaw;
+  return std::nullopt;
+}
+
+std::unique_ptr<FrameSource> OpenSource(const std::string& path, const RawInputSpec& raw,
+                                        std::optional<Container> container) {
+  switch (container.value_or(ContainerFor(path))) {
     case Container::kY4m:
       return std::make_unique<Y4mSource>(path);
     case Container::kPng:
@@ -249,15 +257,16 @@ std::unique_ptr<FrameSource> OpenSource(const std::string& path, const RawInputS
   if (!raw.format || raw.width == 0) {
     Fail(path,
          "unknown format: raw frames need --in-format FMT and --in-size WxH "
-         "(or name the file *.y4m or *.png)");
+         "(or name the file *.y4m or *.png, or give --in-container)");
   }
   const std::string size_problem = CheckSize(*raw.format, raw.width, raw.height);
   if (!size_problem.empty()) Fail(path, "unsupported size: " + size_problem);
   return std::make_unique<RawSource>(path, raw);
 }
 
-std::unique_ptr<FrameSink> OpenSink(const std::string& path, const StreamInfo& info) {
-  const Container container = ContainerFor(path);
+std::unique_ptr<FrameSink> OpenSink(const std::string& path, const StreamInfo& info,
+                                    std::optional<Container> chosen) {
+  const Container container = chosen.value_or(ContainerFor(path));
   if (!ContainerHolds(container, info.format)) {
     Fail(path, std::string("cannot hold ") + FormatName(info.format) + " frames");
   }

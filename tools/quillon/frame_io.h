@@ -42,10 +42,15 @@ struct RawInputSpec {
   int rate_num = 25, rate_den = 1;  // frames a second, as num / den
 };
 
-std::unique_ptr<FrameSource> OpenSource(const std::string& path, const RawInputSpec& raw);
+// `container` overrides the name (a Y4M stream on standard input, say).
+std::unique_ptr<FrameSource> OpenSource(const std::string& path, const RawInputSpec& raw,
+                                        std::optional<Container> container = std::nullopt);
 
 // `info` gives the size and format of every frame that will be written.
-std::unique_ptr<FrameSink> OpenSink(const std::string& path, const StreamInfo& info);
+std::unique_ptr<FrameSink> OpenSink(const std::string& path, const StreamInfo& info,
+                                    std::optional<Container> container = std::nullopt);
+// "y4m", "png" or "raw".
+std::optional<Container> ParseContainer(const std::string& name);
 
 // The formats a container can hold; the first is the one to convert to.
 bool ContainerHolds(Container container, PixelFormat format);
