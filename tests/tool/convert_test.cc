@@ -158,6 +158,38 @@ TEST(Convert, LimitedRangeBlackStaysOrExpandsAsAsked) {
   }
 }
 
+// An interlaced clip is scaled field by field: a frame whose top field is
+// dark and bottom field light keeps alternating rows at any size and with
+// either filter, where scaling the frame would keep one field or mix both.
+TEST(Convert, InterlacedClipsAreScaledFieldByField) {
+  SKIP_WITHOUT("QN_CS_SplitFrame");
+  TempDir dir;
+  StreamInfo info;
+  info.format = PixelFormat::kYuv422p;
+  info.width = 16;
+  info.height = 16;
+  info.order = FieldOrder::kTopFirst;
+  Frame clip(PixelFormat::kYuv422p, 16, 16);
+  std::fill(clip.data(), clip.data() + clip.byte_size(), 128);
+  for (int row = 0; row < 16; ++row) std::fill_n(clip.data() + 16 * row, 16, row % 2 ? 200 : 50);
+  WriteY4m(dir / "in.y4m", info, {clip});
+  for (const char* filter : {"bilinear", "mean"}) {
+    for (const char* size : {"8x8", "24x12"}) {
+      SCOPED_TRACE(std::string(filter) + " " + size);
+      const test::RunResult r =
+          RunQuillon({"convert", "in.y4m", "out.y4m", "--size", size, "--filter", filter}, dir);
+      ASSERT_EQ(r.status, 0) << r.err;
+      const Frame out = ReadAllY4m(dir / "out.y4m").at(0);
+      for (int row = 0; row < out.height(); ++row) {
+        EXPECT_NEAR(out.data()[row * out.width() + 3], row % 2 ? 200 : 50, 1) << "row " << row;
+      }
+    }
+  }
+  const test::RunResult odd = RunQuillon({"convert", "in.y4m", "o.y4m", "--size", "8x7"}, dir);
+  EXPECT_EQ(odd.status, 1);
+  EXPECT_NE(odd.err.find("field by field, which needs even heights"), std::string::npos) << odd.err;
+}
+
 // Neutral chroma gives grey equal to luma in either standard, a value the
 // conversion must keep exactly: (32 x Y + 0 + 16) >> 5 = Y. Width 10 ends
 // its rows on a lone final pair, the case the row converters treat apart.

@@ -239,6 +239,13 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
                std::to_string(rows));
     }
   }
+  if (options.width != 0 && order != FieldOrder::kProgressive &&
+      (output_.height % 2 != 0 || options.height % 2 != 0)) {
+    Fail(output_name, "unsupported size: an interlaced clip is scaled field by field, which needs "
+                      "even heights, not " +
+                          std::to_string(output_.height) + " to " +
+                          std::to_string(options.height));
+  }
   if (options.width != 0) {
     // The picture keeps its shape on screen, so the pixels change theirs.
     ScaleAspect(output_, static_cast<int64_t>(output_.width) * options.height,
@@ -246,6 +253,9 @@ ConvertChain::ConvertChain(const StreamInfo& input, Container output, const Conv
     output_.width = options.width;
     output_.height = options.height;
     needed.push_back(ScaleExport(options.filter));
+    if (order != FieldOrder::kProgressive) {
+      needed.insert(needed.end(), {"QN_CS_SplitFrame", "QN_CS_ComposeFields"});
+    }
   }
   if (!options.overlay_path.empty()) {
     Frame picture;
@@ -321,9 +331,20 @@ void ConvertChain::Process(const Frame& frame, const std::function<void(const Fr
   }
   if (options_.flip) FlipVertically(*current);
   if (options_.width != 0) {
-    scaled_.Reset(PixelFormat::kBgra, options_.width, options_.height);
+    if (current->order == FieldOrder::kProgressive) {
+      scaled_.Reset(PixelFormat::kBgra, options_.width, options_.height);
+      Scale(*current, scaled_, options_.filter);
+    } else {
+      // Each field on its own: scaling the whole frame would mix the two
+      // moments a frame's fields were taken at (or drop one of them).
+      SplitFields(*current, field_a_, field_b_);
+      scaled_a_.Reset(PixelFormat::kBgra, options_.width, options_.height / 2);
+      scaled_b_.Reset(PixelFormat::kBgra, options_.width, options_.height / 2);
+      Scale(field_a_, scaled_a_, options_.filter);
+      Scale(field_b_, scaled_b_, options_.filter);
+      ComposeFields(scaled_a_, scaled_b_, scaled_);
+    }
     scaled_.order = current->order;
-    Scale(*current, scaled_, options_.filter);
     current = &scaled_;
   }
   if (!options_.overlay_path.empty()) {

@@ -75,6 +75,8 @@ class ConvertChain {
   Frame converted_;
   Frame field_a_;
   Frame field_b_;
+  Frame scaled_a_;  // an interlaced frame's fields, scaled one by one
+  Frame scaled_b_;
 };
 
 // Parses `args` (after the word "convert") and runs the command; returns
