@@ -11,6 +11,15 @@
 namespace qbo::fuzz {
 namespace {
 
+// The level every call runs at instead of the one the input picks: set by
+// QBO_FUZZ_LEVEL (c, sse2, avx2, avx512) to replay a corpus at one level,
+// and during each half of a differential run.
+const KernelLevel* g_forced_level = nullptr;
+KernelLevel g_replay_level = KernelLevel::kC;
+bool g_replaying = false;
+// Set while a differential run records every block's bytes as it is freed.
+std::vector<uint8_t>* g_block_trace = nullptr;
+
 constexpr int32_t kExtremes[] = {INT32_MIN, INT32_MIN + 1, INT32_MIN / 2, -65536, -2, -1, 0, 1,
                                  2, 3, 65535, 65536, INT32_MAX / 2, INT32_MAX - 1, INT32_MAX};
 
@@ -49,7 +58,8 @@ int32_t Input::Choice(int32_t count) {
 void SelectKernelLevel(Input& in) {
   static const std::vector<KernelLevel> levels = AvailableKernelLevels();
   const KernelLevel level = levels[in.Byte() % levels.size()];
-  if (level != CurrentKernelLevel()) SetKernelLevelForTesting(level);
+  const KernelLevel chosen = g_forced_level ? *g_forced_level : level;
+  if (chosen != CurrentKernelLevel()) SetKernelLevelForTesting(chosen);
 }
 
 int64_t PlaneBytes(int64_t columns, int64_t rows, int64_t unit) {
@@ -82,7 +92,10 @@ Block::Block(int64_t bytes, Input& in)
   if (bytes > 0) std::memcpy(before_.data(), data_, static_cast<std::size_t>(bytes));
 }
 
-Block::~Block() { std::free(data_); }
+Block::~Block() {
+  if (g_block_trace) g_block_trace->insert(g_block_trace->end(), data_, data_ + size_);
+  std::free(data_);
+}
 
 void Block::Allow(int64_t offset, int64_t length) {
   const int64_t lo = offset < 0 ? 0 : offset;
@@ -128,8 +141,54 @@ void Fail(const char* what, const char* detail) {
 }  // namespace qbo::fuzz
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  using namespace qbo::fuzz;
   if (!qbo::LibraryAttach(qbo::NativePlatform(), qbo::DefaultFramework(), nullptr)) {
-    qbo::fuzz::Fail("LLVMFuzzerInitialize", "the library did not attach");
+    Fail("LLVMFuzzerInitialize", "the library did not attach");
+  }
+  if (const char* v = std::getenv("QBO_FUZZ_LEVEL")) {
+    const char* const names[] = {"c", "sse2", "avx2", "avx512"};
+    const std::vector<qbo::KernelLevel> levels = qbo::AvailableKernelLevels();
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+      if (std::strcmp(v, names[i]) == 0) {
+        g_replay_level = levels[i];
+        g_replaying = true;
+      }
+    }
+    if (!g_replaying) Fail("QBO_FUZZ_LEVEL", "not a level this machine has");
+    g_forced_level = &g_replay_level;
+  }
+  return 0;
+}
+
+// Every target's body is compiled as QboFuzzBody (see CMakeLists.txt). An
+// input whose first byte is 0xC0 or more runs differentially: the rest of
+// it at the reference level and again at a SIMD level the byte picks, and
+// every block must end with the same bytes, so the fuzzer hunts mismatches
+// between levels as well as faults. Under QBO_FUZZ_LEVEL that level is the
+// one compared.
+extern "C" int QboFuzzBody(const uint8_t* data, std::size_t size);
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+  using qbo::KernelLevel;
+  using namespace qbo::fuzz;
+  static const std::vector<KernelLevel> levels = qbo::AvailableKernelLevels();
+  if (size == 0 || data[0] < 0xC0 || levels.size() < 2) return QboFuzzBody(data, size);
+  const KernelLevel simd =
+      g_replaying ? g_replay_level : levels[1 + data[0] % (levels.size() - 1)];
+  std::vector<uint8_t> reference, other;
+  g_block_trace = &reference;
+  g_forced_level = &levels[0];
+  QboFuzzBody(data + 1, size - 1);
+  g_block_trace = &other;
+  g_forced_level = &simd;
+  QboFuzzBody(data + 1, size - 1);
+  g_block_trace = nullptr;
+  g_forced_level = g_replaying ? &g_replay_level : nullptr;
+  if (reference != other) {
+    char detail[64];
+    std::snprintf(detail, sizeof detail, "bytes differ from the reference at level %s",
+                  qbo::KernelLevelName(simd));
+    Fail("differential", detail);
   }
   return 0;
 }
