@@ -73,6 +73,7 @@ TEST(Y4m, RoundTripsFramesOfEveryLayoutAndOrder) {
     info.order = c.order;
     info.rate_num = 30000;
     info.rate_den = 1001;
+    info.range = c.order == FieldOrder::kTopFirst ? ColorRange::kLimited : ColorRange::kFull;
     std::vector<Frame> frames;
     {
       Y4mWriter writer(dir / "rt.y4m", info);
@@ -87,6 +88,7 @@ TEST(Y4m, RoundTripsFramesOfEveryLayoutAndOrder) {
     EXPECT_EQ(reader.info().order, c.order);
     EXPECT_EQ(reader.info().rate_num, 30000);
     EXPECT_EQ(reader.info().frame_count, 3);
+    EXPECT_EQ(reader.info().range, info.range);
     Frame frame;
     for (const Frame& expected : frames) {
       ASSERT_TRUE(reader.Read(frame));
