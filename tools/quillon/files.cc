@@ -68,13 +68,14 @@ OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
     path_ = "<stdout>";
     return;
   }
-  struct stat link, st;
-  const bool exists = ::lstat(path.c_str(), &link) == 0;
-  const bool is_link = exists && S_ISLNK(link.st_mode);
-  if (is_link && ::stat(path.c_str(), &st) != 0) {
-    Fail(path, "is a symbolic link to a file that cannot be reached: " + SystemError());
+  // What the name leads to (links followed), and whether it is a link.
+  struct stat st, link;
+  const bool exists = ::stat(path.c_str(), &st) == 0;
+  const std::string why = SystemError();
+  const bool is_link = ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode);
+  if (is_link && !exists) {
+    Fail(path, "is a symbolic link to a file that cannot be reached: " + why);
   }
-  if (exists && !is_link) st = link;
   if (exists && S_ISDIR(st.st_mode)) Fail(path, "is a directory, not a file");
   if (exists && !S_ISREG(st.st_mode)) {
     // A device, FIFO or socket: the reader at the other end wants the

@@ -468,15 +468,19 @@ void ConvertRange(Frame& frame, ColorRange from, ColorRange to) {
     luma[i] = static_cast<uint8_t>(std::clamp(std::floor(y + 0.5), 0.0, 255.0));
     chroma[i] = static_cast<uint8_t>(std::clamp(std::floor(c + 0.5), 0.0, 255.0));
   }
+  // Planar: plane 0 luma, the others chroma. YUYV: even bytes luma, odd chroma.
+  const bool planar = IsPlanar(frame.format());
   for (int p = 0; p < frame.plane_count(); ++p) {
     const Plane plane = frame.plane(p);
+    const uint8_t* even = planar && p > 0 ? chroma : luma;
+    const uint8_t* odd = planar && p == 0 ? luma : chroma;
     for (int row = 0; row < plane.rows; ++row) {
       uint8_t* s = plane.data + static_cast<std::size_t>(row) * plane.pitch;
-      for (int32_t i = 0; i < plane.row_bytes; ++i) {
-        // YUYV: even bytes luma, odd chroma; planar: plane 0 luma.
-        const bool is_luma = IsPlanar(frame.format()) ? p == 0 : i % 2 == 0;
-        s[i] = (is_luma ? luma : chroma)[s[i]];
+      for (int32_t i = 0; i + 1 < plane.row_bytes; i += 2) {
+        s[i] = even[s[i]];
+        s[i + 1] = odd[s[i + 1]];
       }
+      if (plane.row_bytes % 2) s[plane.row_bytes - 1] = even[s[plane.row_bytes - 1]];
     }
   }
 }
