@@ -8,6 +8,7 @@
 #include "QuillonBufferOperaU.h"
 #include "buffer/copy_row_bytes.h"
 #include "frame/accel.h"
+#include "frame/accel_paths.h"
 #include "frame/kernel_table.h"
 
 namespace qbo {
@@ -39,6 +40,31 @@ uint8_t* RowOf(void* base, int32_t pitch, int32_t row) {
   return static_cast<uint8_t*>(base) + static_cast<std::ptrdiff_t>(row) * pitch;
 }
 
+// Source rows 2k and 2k + 1 to row k of dst0 and dst1, for k in [begin,
+// end); an odd height's last row goes to dst0 and is copied into dst1.
+void Split24To32(void* dst0, int32_t dst_pitch0, void* dst1, int32_t dst_pitch1, const void* src,
+                 int32_t src_pitch, const void* alpha, int32_t alpha_pitch, int32_t width,
+                 int32_t height, int32_t flip, int32_t alpha_flip, int32_t begin, int32_t end) {
+  if (width <= 0 || height <= 0) return;
+  const Rgb24ToRgbaRowFn row = RowFor(alpha);
+  const RowWalker source(src, src_pitch, height, flip != 0);
+  const RowWalker alphas(alpha, alpha_pitch, height, alpha_flip != 0);
+  const int64_t rows = (int64_t{height} + 1) / 2;
+  for (int64_t k = begin; k < std::min<int64_t>(end, rows); ++k) {
+    if (2 * k + 1 < height) {
+      row(source.Row(2 * k), alphas.Row(2 * k), RowOf(dst0, dst_pitch0, k), width);
+      row(source.Row(2 * k + 1), alphas.Row(2 * k + 1), RowOf(dst1, dst_pitch1, k), width);
+      continue;
+    }
+    uint8_t* last = RowOf(dst0, dst_pitch0, k);
+    row(source.Row(height - 1), alphas.Row(height - 1), last, width);
+    // The second destination gets a copy of the whole row, padding included:
+    // the smaller of the two pitches (a negative pitch counts by its size).
+    const int32_t bytes = std::min(std::abs(dst_pitch0), std::abs(dst_pitch1));
+    CopyBytes(RowOf(dst1, dst_pitch1, k), last, static_cast<std::size_t>(bytes));
+  }
+}
+
 // VelaVid's Convert24To32Split: eleven word-sized arguments.
 using Convert24To32SplitEntry = intptr_t (*)(intptr_t dst0, intptr_t dst_pitch0, intptr_t dst1,
                                              intptr_t dst_pitch1, intptr_t src, intptr_t src_pitch,
@@ -46,6 +72,14 @@ using Convert24To32SplitEntry = intptr_t (*)(intptr_t dst0, intptr_t dst_pitch0,
                                              intptr_t alpha, intptr_t flip);
 
 }  // namespace
+
+void Rgb24To32SplitRows(void* dst0, int32_t dst_pitch0, void* dst1, int32_t dst_pitch1,
+                        const void* src, int32_t src_pitch, int32_t width, int32_t height,
+                        int32_t flip, int32_t row_begin, int32_t row_end) {
+  Split24To32(dst0, dst_pitch0, dst1, dst_pitch1, src, src_pitch, nullptr, 0, width, height, flip,
+              0, row_begin, row_end);
+}
+
 }  // namespace qbo
 
 extern "C" {
@@ -83,23 +117,8 @@ QBO_API void QBO_CALLEE QN_CS_24_to_32_Split(void* dst0, int32_t dst_pitch0, voi
           flip != 0 ? 1 : 0);
     return;
   }
-  if (width <= 0 || height <= 0) return;
-  const qbo::Rgb24ToRgbaRowFn row = qbo::RowFor(alpha);
-  const qbo::RowWalker source(src, src_pitch, height, flip != 0);
-  const qbo::RowWalker alphas(alpha, alpha_pitch, height, alpha_flip != 0);
-  int32_t k = 0;
-  for (; 2 * k + 1 < height; ++k) {
-    row(source.Row(2 * k), alphas.Row(2 * k), qbo::RowOf(dst0, dst_pitch0, k), width);
-    row(source.Row(2 * k + 1), alphas.Row(2 * k + 1), qbo::RowOf(dst1, dst_pitch1, k), width);
-  }
-  if (height & 1) {
-    uint8_t* last = qbo::RowOf(dst0, dst_pitch0, k);
-    row(source.Row(height - 1), alphas.Row(height - 1), last, width);
-    // The second destination gets a copy of the whole row, padding included:
-    // the smaller of the two pitches (a negative pitch counts by its size).
-    const int32_t bytes = std::min(std::abs(dst_pitch0), std::abs(dst_pitch1));
-    qbo::CopyBytes(qbo::RowOf(dst1, dst_pitch1, k), last, static_cast<std::size_t>(bytes));
-  }
+  qbo::Split24To32(dst0, dst_pitch0, dst1, dst_pitch1, src, src_pitch, alpha, alpha_pitch, width,
+                   height, flip, alpha_flip, 0, INT32_MAX);
 }
 
 }  // extern "C"

@@ -5,6 +5,7 @@
 
 #include "QuillonBufferOperaU.h"
 #include "frame/accel.h"
+#include "frame/accel_paths.h"
 #include "frame/kernel_table.h"
 
 namespace qbo {
@@ -12,13 +13,15 @@ namespace {
 
 // Destination row j comes from row j / 2 of field (j % 2). A frame is the
 // special case field1 = field0 + pitch with both pitches doubled, which
-// yields source row j for every j.
+// yields source row j for every j. Only rows [begin, end) are converted.
 void ConvertYuyvRows(YuyvToPixelsRowFn row, void* dst, int32_t dst_pitch, const void* field0,
                      std::ptrdiff_t pitch0, const void* field1, std::ptrdiff_t pitch1,
-                     int32_t width, int32_t height, int32_t bt709, int32_t flip) {
+                     int32_t width, int32_t height, int32_t bt709, int32_t flip,
+                     int32_t begin = 0, int32_t end = INT32_MAX) {
   // A row is at least one pixel; nothing is written for width or height
   // below 1.
   if (width <= 0 || height <= 0) return;
+  if (end > height) end = height;
   // An odd width converts the whole last pair: one pixel more than `width`.
   const int even_width = width + (width & 1);
   const YuvToRgbVectors vectors = YuvToRgbVectorsFor(bt709 != 0);
@@ -30,7 +33,8 @@ void ConvertYuyvRows(YuyvToPixelsRowFn row, void* dst, int32_t dst_pitch, const 
   }
   const auto* f0 = static_cast<const uint8_t*>(field0);
   const auto* f1 = static_cast<const uint8_t*>(field1);
-  for (int32_t j = 0; j < height; ++j, out += step) {
+  out += begin * step;
+  for (int32_t j = begin; j < end; ++j, out += step) {
     const std::ptrdiff_t k = j / 2;
     row((j & 1) ? f1 + k * pitch1 : f0 + k * pitch0, out, even_width, &vectors);
   }
@@ -38,10 +42,10 @@ void ConvertYuyvRows(YuyvToPixelsRowFn row, void* dst, int32_t dst_pitch, const 
 
 void ConvertYuyvFrame(YuyvToPixelsRowFn row, void* dst, int32_t dst_pitch, const void* src,
                       int32_t src_pitch, int32_t width, int32_t height, int32_t bt709,
-                      int32_t flip) {
+                      int32_t flip, int32_t begin = 0, int32_t end = INT32_MAX) {
   const std::ptrdiff_t pitch = src_pitch;
   ConvertYuyvRows(row, dst, dst_pitch, src, 2 * pitch, static_cast<const uint8_t*>(src) + pitch,
-                  2 * pitch, width, height, bt709, flip);
+                  2 * pitch, width, height, bt709, flip, begin, end);
 }
 
 // VelaVid's ConvertYUYVToBGRAFrame: eleven word-sized arguments.
@@ -51,6 +55,14 @@ using ConvertYuyvToBgraFrameEntry = intptr_t (*)(intptr_t dst, intptr_t dst_pitc
                                                  intptr_t zero, intptr_t alpha, intptr_t flip);
 
 }  // namespace
+
+void YuyvToBgraFrameRows(void* dst, int32_t dst_pitch, const void* src, int32_t src_pitch,
+                         int32_t width, int32_t height, int32_t bt709, int32_t flip,
+                         int32_t row_begin, int32_t row_end) {
+  ConvertYuyvFrame(Kernels().colorspace.yuyv_to_bgra_row, dst, dst_pitch, src, src_pitch, width,
+                   height, bt709, flip, row_begin, row_end);
+}
+
 }  // namespace qbo
 
 using qbo::Kernels;

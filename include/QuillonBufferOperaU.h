@@ -320,9 +320,14 @@ typedef struct QN_FrameDescriptor {
   intptr_t reserved[6];
 } QN_FrameDescriptor;
 
-/* QN_ReSampling: resamples frame A (bitmap-information header and pixels)
- * into frame B through the VelaVid module; the library has no code of its
- * own for it. Headers: width at byte 4, height at byte 8, bits per pixel
+/* QN_ReSampling: hands two frames (bitmap-information header and pixels
+ * each) to the VelaVid module's ResampleFrame entry, frame B's descriptor
+ * first as the source and frame A's second as the destination: the module
+ * scales the picture of B into A. The library has no code of its own for
+ * it; the VelaVid module built with the library serves formats 0, 3, 6
+ * and 7 (not the planar 8 and 9), scales each field on its own when both
+ * frames are at least 480 lines high, and pillarboxes a 4:3 picture in a
+ * 16:9 frame (letterboxes the reverse) with black, centred. Headers: width at byte 4, height at byte 8, bits per pixel
  * (16-bit) at byte 14, compression code at byte 16, line length at byte 24,
  * buffer lines at byte 28. Header A's compression selects the format of both
  * frames: 0 (24 bits gives 3, else 0), "YUY2", "UYVY", "YUV8", "YUV6".

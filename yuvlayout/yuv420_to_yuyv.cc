@@ -1,12 +1,14 @@
 // Interlaced planar 4:2:0 to packed YUYV, chroma interpolated vertically
 // field by field (plain quarters or XDCAM eighths), as one frame or as two
 // field buffers.
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 #include "QuillonBufferOperaU.h"
 #include "frame/accel.h"
+#include "frame/accel_paths.h"
 #include "frame/kernel_table.h"
 #include "yuvlayout/field_chroma.h"
 
@@ -36,15 +38,16 @@ struct FieldTargets {
   int64_t pitch[2];
 };
 
-// Writes the h2 rows of both fields, row r of each field in turn, so that a
-// frame is written top to bottom: one store stream, which a frame past the
-// cache writes at nearly twice the speed of two rows interleaved.
+// Writes rows [begin, end) of the h2 rows of both fields, row r of each
+// field in turn, so that a frame is written top to bottom: one store stream,
+// which a frame past the cache writes at nearly twice the speed of two rows
+// interleaved.
 void ConvertFields(const FieldTargets& out, const Source420& src, int32_t width, int32_t height,
-                   const FieldChromaWeights (&weights)[2]) {
+                   const FieldChromaWeights (&weights)[2], int begin = 0, int end = INT32_MAX) {
   const int h2 = height / 2;
   if (width <= 0 || h2 < 1) return;
   const qbo::YuvLayoutKernels& k = qbo::Kernels().yuvlayout;
-  for (int r = 0; r < h2; ++r) {
+  for (int r = begin; r < std::min(end, h2); ++r) {
     for (int f = 0; f < 2; ++f) {
       uint8_t* dst = RowAt(out.base[f], out.pitch[f], r);
       const uint8_t* luma = src.y.Row(2 * r + f);
@@ -77,11 +80,13 @@ void Convert420Frame(void* dst, int32_t dstPitch, const Source420& src, int32_t 
 
 void Convert420Split(void* dstTop, int32_t topPitch, void* dstBottom, int32_t bottomPitch,
                      const Source420& src, int32_t width, int32_t height,
-                     const FieldChromaWeights (&weights)[2]) {
+                     const FieldChromaWeights (&weights)[2], int begin = 0,
+                     int end = INT32_MAX) {
   const FieldTargets out = {{static_cast<uint8_t*>(dstTop), static_cast<uint8_t*>(dstBottom)},
                             {topPitch, bottomPitch}};
-  ConvertFields(out, src, width, height, weights);
-  if (height == kBlackLastLineHeight) {
+  ConvertFields(out, src, width, height, weights, begin, end);
+  // Only the band that wrote the bottom field's last row blackens it.
+  if (height == kBlackLastLineHeight && end >= height / 2) {
     BlackenRow(RowAt(static_cast<uint8_t*>(dstBottom), bottomPitch, height / 2 - 1),
                bottomPitch);
   }
@@ -106,6 +111,16 @@ using Convert420To422SplitFn = intptr_t (*)(intptr_t, intptr_t, intptr_t, intptr
 intptr_t Word(const void* p) { return reinterpret_cast<intptr_t>(p); }
 
 }  // namespace
+
+void qbo::Yuv420To422SplitRows(void* dst_top, int32_t top_pitch, void* dst_bottom,
+                               int32_t bottom_pitch, const void* src_y, int32_t y_pitch,
+                               const void* src_u, int32_t u_pitch, const void* src_v,
+                               int32_t v_pitch, int32_t width, int32_t height, int32_t row_begin,
+                               int32_t row_end) {
+  Convert420Split(dst_top, top_pitch, dst_bottom, bottom_pitch,
+                  MakeSource(src_y, y_pitch, src_u, u_pitch, src_v, v_pitch), width, height,
+                  kPlain, row_begin, row_end);
+}
 
 extern "C" {
 
