@@ -5,7 +5,9 @@
 //   Frame/<job>/<size>/<hot|cold>/<side>
 // and bench_main prints the table of peer time / our time at the end.
 // Our side runs at the best level of this machine (or QBO_CPU's).
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,8 +25,39 @@
 #include <libyuv/scale_argb.h>
 #endif
 
+#if defined(QBO_BENCH_VELAVID_PATH)
+#include <dlfcn.h>
+#include <unistd.h>
+#endif
+
 namespace qbo::bench {
 namespace {
+
+#if defined(QBO_BENCH_VELAVID_PATH)
+using VelaVidEntry = intptr_t (*)(intptr_t, intptr_t, intptr_t, intptr_t, intptr_t, intptr_t,
+                                  intptr_t, intptr_t, intptr_t, intptr_t, intptr_t);
+
+// ConvertEntries[21] of a private copy of the VelaVid module whose pool has
+// `threads` threads: each copy is a module of its own, and a pool reads
+// VELAVID_THREADS when its first large frame starts it.
+VelaVidEntry VelaVidYuyvToBgra(int threads) {
+  namespace fs = std::filesystem;
+  const fs::path copy =
+      fs::temp_directory_path() /
+      ("qbo_bench_velavid_" + std::to_string(getpid()) + "_" + std::to_string(threads) + ".so");
+  fs::copy_file(QBO_BENCH_VELAVID_PATH, copy, fs::copy_options::overwrite_existing);
+  void* module = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
+  fs::remove(copy);
+  auto get = module ? reinterpret_cast<void* (*)()>(dlsym(module, "VLV_GetAPIStuPtr")) : nullptr;
+  if (!get) std::abort();
+  const auto entry = reinterpret_cast<VelaVidEntry>(static_cast<void* const* const*>(get())[1][21]);
+  setenv("VELAVID_THREADS", std::to_string(threads).c_str(), 1);
+  std::vector<uint8_t> yuyv(2 * 2 * 512), bgra(4 * 2 * 512);
+  entry(reinterpret_cast<intptr_t>(bgra.data()), 8, reinterpret_cast<intptr_t>(yuyv.data()), 4, 2,
+        512, 1, 1, 0, 255, 0);
+  return entry;
+}
+#endif
 
 // A picture size; a job's planes are 64-byte aligned with packed rows.
 struct Shape {
@@ -118,6 +151,23 @@ std::vector<Job> Jobs() {
   };
   jobs.push_back(yuyv_bgra(0));
   jobs.push_back(yuyv_bgra(1));
+#if defined(QBO_BENCH_VELAVID_PATH)
+  // The same call handed to the VelaVid module (ours) with one worker or
+  // two, beside libyuv on one thread.
+  for (int threads : {1, 2}) {
+    Job job = yuyv_bgra(0);
+    job.name = threads == 1 ? "yuyv->bgra 601 VelaVid 1 thread" : "yuyv->bgra 601 VelaVid 2 threads";
+    job.ours = [threads](Shape s) -> Work {
+      static const VelaVidEntry entries[2] = {VelaVidYuyvToBgra(1), VelaVidYuyvToBgra(2)};
+      const VelaVidEntry entry = entries[threads - 1];
+      return [s, entry](P p) {
+        entry(reinterpret_cast<intptr_t>(p[1]), 4 * s.w, reinterpret_cast<intptr_t>(p[0]),
+              2 * s.w, s.w, s.h, 1, 1, 0, 255, 0);
+      };
+    };
+    jobs.push_back(job);
+  }
+#endif
   auto i420 = [](Shape s) {
     return std::vector<std::size_t>{Px(s), Px(s) / 4, Px(s) / 4, 4 * Px(s)};
   };
