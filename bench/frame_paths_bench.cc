@@ -15,6 +15,7 @@
 
 #include "QuillonBufferOperaU.h"
 #include "bench/bench_support.h"
+#include "frame/kernel_table.h"
 
 #if defined(QBO_BENCH_LIBYUV)
 #include <libyuv/convert.h>
@@ -193,6 +194,27 @@ std::vector<Job> Jobs() {
                     return [s](P p) {
                       QN_CS_420_422_YUVFrame(p[3], 2 * s.w, p[0], s.w, p[1], s.w / 2, p[2],
                                              s.w / 2, s.w, s.h);
+                    };
+                  },
+                  [](Shape s) -> Work {
+                    return [s](P p) {
+                      libyuv::I420ToYUY2(p[0], s.w, p[1], s.w / 2, p[2], s.w / 2, p[3], 2 * s.w,
+                                         s.w, s.h);
+                    };
+                  },
+                  "libyuv I420ToYUY2"});
+  // libyuv's job itself, each chroma row repeated for two frame rows, done
+  // with the interleaving row our frame path uses where chroma is taken
+  // unchanged: what the interpolation of ours costs beside it.
+  jobs.push_back({"420->yuyv repeated chroma", i420_yuyv,
+                  [](Shape s) -> Work {
+                    return [s](P p) {
+                      const InterleaveYuyvRowFn row = Kernels().yuvlayout.interleave_yuyv;
+                      for (int y = 0; y < s.h; ++y) {
+                        const std::size_t c = static_cast<std::size_t>(y / 2) * (s.w / 2);
+                        row(p[3] + std::size_t{2} * s.w * y, p[0] + std::size_t{1} * s.w * y,
+                            p[1] + c, p[2] + c, s.w);
+                      }
                     };
                   },
                   [](Shape s) -> Work {

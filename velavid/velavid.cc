@@ -32,10 +32,7 @@ T* Ptr(intptr_t word) {
 // Runs `convert(begin, end)` over [0, rows) in bands on the pool.
 template <typename Convert>
 void RunInBands(int64_t rows, const Convert& convert) {
-  if (rows <= 0) {
-    convert(0, 0);
-    return;
-  }
+  if (rows <= 0) return;  // the own paths write nothing then either
   int bands = 1;
   if (rows >= kMinRowsToSplit) {
     const WorkerPool& pool = Pool();

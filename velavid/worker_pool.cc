@@ -37,8 +37,10 @@ void WorkerPool::WorkerLoop() {
     wake_.wait(lock, [this] { return stop_ || next_ < bands_; });
     if (stop_) return;
     const int band = next_++;
+    const BandFn fn = fn_;
+    const void* context = context_;
     lock.unlock();
-    fn_(context_, band);
+    fn(context, band);
     lock.lock();
     if (++done_ == bands_) finished_.notify_one();
   }

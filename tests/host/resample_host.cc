@@ -30,11 +30,9 @@ void Check(bool ok, const char* what) {
 }
 
 void* g_library;
-template <typename Fn>
-Fn Get(Fn, const char* name) {
-  return reinterpret_cast<Fn>(dlsym(g_library, name));
-}
-#define EXPORT(name) Get(&name, #name)
+// An export of the loaded library, typed by the header's prototype (named
+// only in an unevaluated context, so nothing links against the library).
+#define EXPORT(name) reinterpret_cast<decltype(&name)>(dlsym(g_library, #name))
 
 std::vector<uint8_t> Noise(std::size_t n, unsigned seed) {
   std::mt19937 rng(seed);
