@@ -19,16 +19,7 @@ WorkerPool::~WorkerPool() {
     stop_ = true;
   }
   wake_.notify_all();
-  for (std::thread& t : workers_) {
-#if defined(_WIN32)
-    // Windows ends every other thread before it unloads a module at process
-    // exit (the module is pinned while it has workers, see Pool()), and a
-    // join from inside the unload would wait on the loader lock forever.
-    t.detach();
-#else
-    t.join();
-#endif
-  }
+  for (std::thread& t : workers_) t.join();
 }
 
 void WorkerPool::WorkerLoop() {
@@ -94,13 +85,20 @@ void PinModule() {
 }  // namespace
 
 WorkerPool& Pool() {
-  static WorkerPool pool([] {
-    const int threads = ThreadsFromEnvironment();
 #if defined(_WIN32)
+  // Windows ends every other thread before a module sees the process's
+  // exit, so a pool torn down then would wait on workers that are gone. The
+  // pool is therefore never torn down, and the module, pinned, stays loaded
+  // as long as its workers live: until the process ends.
+  static WorkerPool& pool = *[] {
+    const int threads = ThreadsFromEnvironment();
     if (threads > 1) PinModule();
+    return new WorkerPool(threads);
+  }();
+#else
+  // Unloading the module or ending the process stops and joins the workers.
+  static WorkerPool pool(ThreadsFromEnvironment());
 #endif
-    return threads;
-  }());
   return pool;
 }
 
