@@ -14,7 +14,6 @@
 #include "frame/platform.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/test_support.h"
-#include "tests/yuvlayout/test_planes.h"
 
 namespace qbo::test {
 namespace {

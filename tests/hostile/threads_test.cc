@@ -22,82 +22,52 @@ constexpr int kRounds = 3;
 // One export on buffers made from `seed`; returns every byte it wrote to.
 using Job = std::function<std::vector<uint8_t>(uint32_t seed)>;
 
+constexpr int32_t w = 61, h = 27;
+
+// A job on a destination and a source of `bytes` seeded bytes each.
+Job OnPlanes(std::function<void(uint8_t* dst, const uint8_t* src)> call,
+             std::size_t bytes = std::size_t{w} * h * 4) {
+  return [call, bytes](uint32_t seed) {
+    std::vector<uint8_t> dst = RandomBytes(bytes, seed);
+    const std::vector<uint8_t> src = RandomBytes(bytes, seed + 1);
+    call(dst.data(), src.data());
+    return dst;
+  };
+}
+
 std::vector<Job> Jobs() {
-  constexpr int32_t w = 61, h = 27;
-  const std::size_t plane = std::size_t{w} * h * 4;
+  using D = uint8_t*;
+  using S = const uint8_t*;
   return {
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_StretchBlt(dst.data(), -3, 2, 70, 20, w, h, src.data(), 1, 1, 33, 17, w, h, 0, 0);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_BitBlt(dst.data(), 5, 3, 40, 19, w, h, src.data(), 2, 1, 40, 19, w, h, 2, 1);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_StretchBlt_Mean(dst.data(), 0, 0, 17, 9, w, h, src.data(), 0, 0, w, h, w, h, 1, 0);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_Re4SamplingEx(dst.data(), 1, 1, 50, 20, w, h, src.data(), 0, 2, 30, 25, w, h);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_Re8Sampling(dst.data(), w, h, src.data(), 20, 40);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_DwordBufferZoom(dst.data(), 2, 2, 50, 20, w, h, src.data(), 0, 0, 20, 10, w, h);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_CS_YUYV2RGBA_MeanStretch(dst.data(), w * 4, 0, 0, w, h, w, h, src.data(), w * 2, 0,
-                                    0, 40, 20, w, h, 1, 1);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_CS_YUYV2BGRA_Frame(dst.data(), w * 4, src.data(), w * 2, w - 1, h, 0, 1);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_CS_RGBA2YUYV_Frame(dst.data(), w * 2 + 2, src.data(), w * 4, w, h - 1, 1, 0);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), mask = RandomBytes(plane, seed + 1);
-        QN_FillMaskColor(dst.data(), -2, 3, w, h, mask.data(), 1, 0, 40, 20);
-        QN_MixMask(dst.data(), 1, 1, 30, 10, w * 4, h, mask.data(), 0, 0, 0, 0, w, h);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed);
+      OnPlanes([](D d, S s) { QN_StretchBlt(d, -3, 2, 70, 20, w, h, s, 1, 1, 33, 17, w, h, 0, 0); }),
+      OnPlanes([](D d, S s) { QN_BitBlt(d, 5, 3, 40, 19, w, h, s, 2, 1, 40, 19, w, h, 2, 1); }),
+      OnPlanes([](D d, S s) { QN_StretchBlt_Mean(d, 0, 0, 17, 9, w, h, s, 0, 0, w, h, w, h, 1, 0); }),
+      OnPlanes([](D d, S s) { QN_Re4SamplingEx(d, 1, 1, 50, 20, w, h, s, 0, 2, 30, 25, w, h); }),
+      OnPlanes([](D d, S s) { QN_Re8Sampling(d, w, h, s, 20, 40); }),
+      OnPlanes([](D d, S s) { QN_DwordBufferZoom(d, 2, 2, 50, 20, w, h, s, 0, 0, 20, 10, w, h); }),
+      OnPlanes([](D d, S s) {
+        QN_CS_YUYV2RGBA_MeanStretch(d, w * 4, 0, 0, w, h, w, h, s, w * 2, 0, 0, 40, 20, w, h, 1, 1);
+      }),
+      OnPlanes([](D d, S s) { QN_CS_YUYV2BGRA_Frame(d, w * 4, s, w * 2, w - 1, h, 0, 1); }),
+      OnPlanes([](D d, S s) { QN_CS_RGBA2YUYV_Frame(d, w * 2 + 2, s, w * 4, w, h - 1, 1, 0); }),
+      OnPlanes([](D d, S mask) {
+        QN_FillMaskColor(d, -2, 3, w, h, mask, 1, 0, 40, 20);
+        QN_MixMask(d, 1, 1, 30, 10, w * 4, h, mask, 0, 0, 0, 0, w, h);
+      }),
+      OnPlanes([](D d, S) {
         const int32_t weights[3] = {1, 6, 1};
-        QN_VerticalBlur(dst.data(), w, h, weights);
-        QN_OverTurnSelf(dst.data(), w * 4, h);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(std::size_t{64} * 2 * 40, seed);
-        const std::vector<uint8_t> src = RandomBytes(std::size_t{64} * 40 * 2, seed + 1);
-        QN_CS_420_422_YUVFrame_XDCAM(dst.data(), 128, src.data(), 64, src.data() + 2560, 32,
-                                     src.data() + 3200, 32, 64, 40);
-        return dst;
-      },
-      [=](uint32_t seed) {
-        std::vector<uint8_t> dst = RandomBytes(plane, seed), src = RandomBytes(plane, seed + 1);
-        QN_Yuyv_Alpha_Mixin(dst.data(), w * 2, dst.data() + w * h * 2, w, w, h, src.data(), w * 2,
-                            src.data() + w * h * 2, w, 0, 0, 3, 4, 40, 20);
-        return dst;
-      },
+        QN_VerticalBlur(d, w, h, weights);
+        QN_OverTurnSelf(d, w * 4, h);
+      }),
+      OnPlanes(
+          [](D d, S s) {
+            QN_CS_420_422_YUVFrame_XDCAM(d, 128, s, 64, s + 2560, 32, s + 3200, 32, 64, 40);
+          },
+          std::size_t{64} * 2 * 40),
+      OnPlanes([](D d, S s) {
+        QN_Yuyv_Alpha_Mixin(d, w * 2, d + w * h * 2, w, w, h, s, w * 2, s + w * h * 2, w, 0, 0, 3,
+                            4, 40, 20);
+      }),
   };
 }
 

@@ -83,11 +83,6 @@ PageEndBuffer::~PageEndBuffer() {
 #endif
 }
 
-int32_t LargestPlane(std::size_t unit) {
-  if (sizeof(void*) >= 8) return INT32_MAX;
-  return static_cast<int32_t>((std::size_t{1} << 28) / unit);
-}
-
 void FillRandom(uint8_t* data, std::size_t size, uint32_t seed) {
   std::mt19937 rng(seed);
   for (std::size_t i = 0; i < size; ++i) data[i] = static_cast<uint8_t>(rng() >> 24);

@@ -70,12 +70,6 @@ class PageEndBuffer {
   std::size_t size_;
 };
 
-// The most `unit`-byte elements a plane may hold in the tests that push
-// sizes to the end of their range: INT32_MAX where the address space can
-// reserve it (the pages are never touched), 256 MiB worth in a 32-bit
-// address space, where no plane of 2^31 pixels can exist.
-int32_t LargestPlane(std::size_t unit);
-
 // Deterministic random bytes; the seed is printed on failure by the caller
 // through SCOPED_TRACE.
 void FillRandom(uint8_t* data, std::size_t size, uint32_t seed);

@@ -6,10 +6,7 @@
 #include <vector>
 
 #include "QuillonBufferOperaU.h"
-#include "frame/accel.h"
-#include "tests/support/fake_vela_vid.h"
 #include "tests/support/test_support.h"
-#include "tests/yuvlayout/test_planes.h"
 #include "yuvlayout/yuvlayout_row.h"
 
 namespace qbo::test {
@@ -138,24 +135,24 @@ TEST(Yuv420ToYuyv, HandWorkedFirstRows) {
 }
 
 TEST(Yuv420ToYuyv, Height576BlackensTheLastLineOverTheWholePitch) {
+  // Pitch 21 rounds down to 20 bytes: five black groups; byte 20 of the
+  // padding keeps its value.
+  constexpr int32_t kPitch = 21;
+  const std::vector<uint8_t> y = RandomBytes(6 * 576, 1), u = RandomBytes(3 * 288, 2),
+                             v = RandomBytes(3 * 288, 3);
   for (const Export420& e : kExports) {
     SCOPED_TRACE(e.name);
-    TestPlane y(6, 576, 1), u(3, 288, 2), v(3, 288, 3);
-    TestPlane frame(12, 576, 4, false, 0, 9), bottom(12, 288, 5, false, 0, 9), top(12, 288, 6);
-    const uint8_t frame_padding = frame.Row(575)[20], bottom_padding = bottom.Row(287)[20];
-    e.frame(frame.First(), frame.Pitch(), y.First(), y.Pitch(), u.First(), u.Pitch(), v.First(),
-            v.Pitch(), 6, 576);
-    e.split(top.First(), top.Pitch(), bottom.First(), bottom.Pitch(), y.First(), y.Pitch(),
-            u.First(), u.Pitch(), v.First(), v.Pitch(), 6, 576);
-    // Pitch 21 rounds down to 20 bytes: five black groups; byte 20 of the
-    // padding keeps its value.
+    std::vector<uint8_t> frame = RandomBytes(kPitch * 576, 4);
+    std::vector<uint8_t> top = RandomBytes(kPitch * 288, 5), bottom = RandomBytes(kPitch * 288, 6);
+    const uint8_t frame_padding = frame[kPitch * 575 + 20], bottom_padding = bottom[kPitch * 287 + 20];
+    e.frame(frame.data(), kPitch, y.data(), 6, u.data(), 3, v.data(), 3, 6, 576);
+    e.split(top.data(), kPitch, bottom.data(), kPitch, y.data(), 6, u.data(), 3, v.data(), 3, 6, 576);
     const uint8_t black[4] = {16, 128, 16, 128};
-    for (TestPlane* p : {&frame, &bottom}) {
-      const uint8_t* last = p->Row(p->rows() - 1);
+    for (const uint8_t* last : {&frame[kPitch * 575], &bottom[kPitch * 287]}) {
       for (int i = 0; i < 20; ++i) ASSERT_EQ(last[i], black[i % 4]) << "byte " << i;
     }
-    EXPECT_EQ(frame.Row(575)[20], frame_padding);
-    EXPECT_EQ(bottom.Row(287)[20], bottom_padding);
+    EXPECT_EQ(frame[kPitch * 575 + 20], frame_padding);
+    EXPECT_EQ(bottom[kPitch * 287 + 20], bottom_padding);
   }
 }
 
