@@ -16,7 +16,8 @@
 //   BilinearVertRow(v, top, bottom, wt, count)
 //     v[i] = V(top[i], bottom[i]) for `count` bytes; wt <= 65535. Reads
 //     `count` bytes of each source row, writes `count` lanes of v; any
-//     alignment. _SSE2 takes count % 16 == 0, _AVX2 count % 32 == 0.
+//     alignment. _SSE2 takes count % 16 == 0, _AVX2 count % 32 == 0,
+//     _AVX512 count % 64 == 0.
 //   BilinearHorizRow(dst, v, cols, weights, width)
 //     for `width` pixels i: Vl = v[4 x cols[i] + b], Vr = v[4 x cols[i] + 4
 //     + b] for bytes b = 0..3; weights holds eight lanes a pixel, wl four
@@ -46,6 +47,11 @@ void BilinearVertRow_AVX2(uint16_t* v, const uint8_t* top, const uint8_t* bottom
                           std::size_t count);
 void BilinearVertRow_Any_AVX2(uint16_t* v, const uint8_t* top, const uint8_t* bottom,
                               uint32_t wt, std::size_t count);
+
+void BilinearVertRow_AVX512(uint16_t* v, const uint8_t* top, const uint8_t* bottom, uint32_t wt,
+                            std::size_t count);
+void BilinearVertRow_Any_AVX512(uint16_t* v, const uint8_t* top, const uint8_t* bottom,
+                                uint32_t wt, std::size_t count);
 
 void BilinearHorizRow_C(uint8_t* dst, const uint16_t* v, const int32_t* cols,
                         const uint16_t* weights, std::size_t width);

@@ -31,6 +31,7 @@ void FillBlitKernels(BlitKernels* k, KernelLevel level) {
   if (level >= KernelLevel::kAvx512) {
     k->blend_over = BlendOverRow_Any_AVX512;
     k->blend_over_inverted = BlendOverInvertedRow_Any_AVX512;
+    k->bilinear_vert = BilinearVertRow_Any_AVX512;
   }
 }
 

@@ -5,6 +5,7 @@ list(APPEND QBO_SOURCES
   blit/bit_blt.cc
   blit/blend_row_avx2.cc
   blit/blend_row_avx512.cc
+  blit/bilinear_row_avx512.cc
   blit/blend_row_c.cc
   blit/blend_row_sse2.cc
   blit/blit_kernels.cc

@@ -160,7 +160,7 @@ std::vector<Row> Rows() {
          AlphaRuns(s, w, 4, 3);
          k.blit.blend_over_inverted(io.Dst(4 * w), s, g_tables.over_share, w);
        }},
-      {"bilinear_vert", 32,
+      {"bilinear_vert", 64,
        [](K k, int w, Io& io) {
          const uint8_t* top = io.Src(4 * w);
          const uint8_t* bottom = io.Src(4 * w);
