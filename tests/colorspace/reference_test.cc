@@ -11,8 +11,6 @@
 #include "colorspace/rgba_to_yuyv_row.h"
 #include "colorspace/yuyv_to_rgba_row.h"
 #include "frame/coef_block.h"
-#include "frame/platform.h"
-#include "tests/support/fake_platform.h"
 #include "tests/support/test_support.h"
 
 namespace qbo::test {
