@@ -113,36 +113,32 @@ void BlendChromaRow_AVX2(uint8_t* dst, const uint8_t* a, const uint8_t* b, int c
   for (int i = 0; i < count; i += 32) Store(dst + i, Blend32(Load(a + i), Load(b + i), weights));
 }
 
+// Each source row's chroma is loaded as one register [U0..15 | V0..15], so
+// one unpack pairs the two rows for the multiply-add and one pack leaves
+// the mixes as [U0..15 | V0..15]. A dword permute and a byte shuffle then
+// interleave them as the chroma bytes of pixels 0..7 and 16..23 (lane 0)
+// and 8..15 and 24..31 (lane 1); with the luma's qwords permuted to match,
+// the two unpacks with the luma are the output in order. The mix
+// (a x wa + b x wb + 4) >> 3 is mulhrs(s, 4096): see the AVX-512 row.
 void Yuv420ToYuyvRow_AVX2(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
                           const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
   const __m256i weights = BlendWeights(w);
-  const __m256i zero = _mm256_setzero_si256();
-  const __m256i four = _mm256_set1_epi16(4);
-  auto mix = [&](__m256i p) {
-    const __m256i s = _mm256_add_epi16(_mm256_maddubs_epi16(p, weights), four);
-    return _mm256_slli_epi16(_mm256_srli_epi16(s, 3), 8);
-  };
+  const __m256i eighth = _mm256_set1_epi16(4096);
+  const __m256i chroma_order = _mm256_setr_epi32(0, 4, 2, 6, 1, 5, 3, 7);
+  const __m256i interleave = _mm256_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15,
+                                              0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15);
   for (int x = 0, h = 0; x < width; x += 32, h += 16) {
-    // uv = [U0 V0 .. U7 V7 | U8 V8 .. U15 V15] of each source row; pairing
-    // the rows gives (a, b) byte pairs for the multiply-add:
-    // lo = [c0..c7 | c16..c23], hi = [c8..c15 | c24..c31], c = U0 V0 U1 V1...
-    const __m128i ca_u = Load16(ua + h), ca_v = Load16(va + h);
-    const __m128i cb_u = Load16(ub + h), cb_v = Load16(vb + h);
-    const __m256i uva =
-        _mm256_set_m128i(_mm_unpackhi_epi8(ca_u, ca_v), _mm_unpacklo_epi8(ca_u, ca_v));
-    const __m256i uvb =
-        _mm256_set_m128i(_mm_unpackhi_epi8(cb_u, cb_v), _mm_unpacklo_epi8(cb_u, cb_v));
-    // A YUYV word is Y | c << 8; the mixed chroma (below 256) goes straight
-    // into the high byte. Luma unpacked against zero lands in the same
-    // lanes: [Y0..7 | Y16..23] and [Y8..15 | Y24..31]; two lane swaps put
-    // pixels 0..15 and 16..31 together for full-width stores.
-    const __m256i luma = Load(y + x);
-    const __m256i lo = _mm256_or_si256(_mm256_unpacklo_epi8(luma, zero),
-                                       mix(_mm256_unpacklo_epi8(uva, uvb)));
-    const __m256i hi = _mm256_or_si256(_mm256_unpackhi_epi8(luma, zero),
-                                       mix(_mm256_unpackhi_epi8(uva, uvb)));
-    Store(dst + 2 * x, _mm256_permute2x128_si256(lo, hi, 0x20));
-    Store(dst + 2 * x + 32, _mm256_permute2x128_si256(lo, hi, 0x31));
+    const __m256i a = _mm256_set_m128i(Load16(va + h), Load16(ua + h));
+    const __m256i b = _mm256_set_m128i(Load16(vb + h), Load16(ub + h));
+    const __m256i lo =
+        _mm256_mulhrs_epi16(_mm256_maddubs_epi16(_mm256_unpacklo_epi8(a, b), weights), eighth);
+    const __m256i hi =
+        _mm256_mulhrs_epi16(_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a, b), weights), eighth);
+    const __m256i chroma = _mm256_shuffle_epi8(
+        _mm256_permutevar8x32_epi32(_mm256_packus_epi16(lo, hi), chroma_order), interleave);
+    const __m256i luma = _mm256_permute4x64_epi64(Load(y + x), kQwordOrder0213);
+    Store(dst + 2 * x, _mm256_unpacklo_epi8(luma, chroma));
+    Store(dst + 2 * x + 32, _mm256_unpackhi_epi8(luma, chroma));
   }
 }
 
