@@ -37,8 +37,10 @@ void Yuv420ToYuyvRow_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* ua, c
   for (int x = 0, h = 0; x < width; x += 64, h += 32) {
     const __m512i a = load_row(ua + h, va + h);
     const __m512i b = load_row(ub + h, vb + h);
-    const __m512i lo = _mm512_mulhrs_epi16(_mm512_maddubs_epi16(_mm512_unpacklo_epi8(a, b), weights), eighth);
-    const __m512i hi = _mm512_mulhrs_epi16(_mm512_maddubs_epi16(_mm512_unpackhi_epi8(a, b), weights), eighth);
+    const __m512i lo =
+        _mm512_mulhrs_epi16(_mm512_maddubs_epi16(_mm512_unpacklo_epi8(a, b), weights), eighth);
+    const __m512i hi =
+        _mm512_mulhrs_epi16(_mm512_maddubs_epi16(_mm512_unpackhi_epi8(a, b), weights), eighth);
     const __m512i chroma = _mm512_shuffle_epi8(
         _mm512_permutexvar_epi32(chroma_order, _mm512_packus_epi16(lo, hi)), interleave);
     const __m512i luma = _mm512_permutexvar_epi64(luma_order, _mm512_loadu_si512(y + x));
