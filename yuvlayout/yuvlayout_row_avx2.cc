@@ -176,10 +176,22 @@ void YuyvToChromaRow_AVX2(uint8_t* dst_u, uint8_t* dst_v, const uint8_t* a, cons
   const __m256i round = _mm256_set1_epi16(static_cast<int16_t>(t->round));
   const __m128i shift = _mm_cvtsi32_si128(t->shift);
   if (IsAverage(*t)) {
-    // (2b + 2c + 2) >> 2 == (b + c + 1) >> 1, the rounding byte average.
-    ChromaLoop(dst_u, dst_v, width, [&](int o) {
-      return _mm256_srli_epi16(_mm256_avg_epu8(Load(b + o), Load(c + o)), 8);
-    });
+    // (2b + 2c + 2) >> 2 == (b + c + 1) >> 1, the rounding byte average,
+    // taken on the YUYV bytes whole. Each 128-bit lane's U and V bytes are
+    // gathered by one shuffle, [U0..3 V0..3] of its eight pixels; the dword
+    // unpack and permute put the U and V dwords of 32 pixels in order.
+    const __m256i pick = _mm256_setr_epi8(1, 5, 9, 13, 3, 7, 11, 15, -1, -1, -1, -1, -1, -1, -1, -1,
+                                          1, 5, 9, 13, 3, 7, 11, 15, -1, -1, -1, -1, -1, -1, -1, -1);
+    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
+    for (int x = 0; x < width; x += 32) {
+      const int o = 2 * x;
+      const __m256i p0 = _mm256_shuffle_epi8(_mm256_avg_epu8(Load(b + o), Load(c + o)), pick);
+      const __m256i p1 =
+          _mm256_shuffle_epi8(_mm256_avg_epu8(Load(b + o + 32), Load(c + o + 32)), pick);
+      const __m256i uv = _mm256_permutevar8x32_epi32(_mm256_unpacklo_epi32(p0, p1), order);
+      Store16(dst_u + x / 2, _mm256_castsi256_si128(uv));
+      Store16(dst_v + x / 2, _mm256_extracti128_si256(uv, 1));
+    }
   } else if (t->ta == 0 && t->td == 0) {
     const __m256i tb = _mm256_set1_epi16(t->tb), tc = _mm256_set1_epi16(t->tc);
     ChromaLoop(dst_u, dst_v, width, [&](int o) {
