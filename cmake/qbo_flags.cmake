@@ -39,7 +39,7 @@ if(QBO_SANITIZE)
 endif()
 
 # Rows built for one instruction set carry it in their file name:
-# *_sse2.cc, *_ssse3.cc, *_sse41.cc, *_avx2.cc, *_avx512.cc. Only those
+# *_sse2.cc, *_ssse3.cc, *_sse41.cc, *_avx2.cc, *_avx512.cc, *_avx512vbmi.cc. Only those
 # files get the flags, so baseline code never picks up an instruction the
 # CPU may lack.
 # 64-bit MinGW cannot realign a frame for 64-byte spills, so the assembler
@@ -59,6 +59,8 @@ function(qbo_apply_isa_flags sources)
   foreach(src IN LISTS sources)
     if(src MATCHES "_avx512\\.cc$")
       set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "${QBO_AVX512_FLAGS}")
+    elseif(src MATCHES "_avx512vbmi\\.cc$")
+      set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "${QBO_AVX512_FLAGS};-mavx512vbmi")
     elseif(src MATCHES "_avx2\\.cc$")
       set_source_files_properties(${src} PROPERTIES COMPILE_OPTIONS "-mavx2;-mno-fma")
     elseif(src MATCHES "_sse41\\.cc$")

@@ -27,6 +27,10 @@ void FillYuvToRgbKernels(ColorspaceKernels* k, KernelLevel level) {
     k->yuyv_to_rgba_row = YuyvToRgbaRow_Any_AVX512;
     k->yuyv_to_bgra_row = YuyvToBgraRow_Any_AVX512;
   }
+  if (level >= KernelLevel::kAvx512Vbmi) {
+    k->yuyv_to_rgba_row = YuyvToRgbaRow_Any_AVX512VBMI;
+    k->yuyv_to_bgra_row = YuyvToBgraRow_Any_AVX512VBMI;
+  }
 }
 
 }  // namespace

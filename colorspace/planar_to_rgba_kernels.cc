@@ -13,6 +13,9 @@ void FillPlanarToRgbaKernels(PlanarToRgbaKernels* k, KernelLevel level) {
   if (level >= KernelLevel::kAvx512) {
     *k = PlanarToRgbaKernels{PlanarToRgbaRow_Any_AVX512, PlanarToBgraRow_Any_AVX512};
   }
+  if (level >= KernelLevel::kAvx512Vbmi) {
+    *k = PlanarToRgbaKernels{PlanarToRgbaRow_Any_AVX512VBMI, PlanarToBgraRow_Any_AVX512VBMI};
+  }
 }
 
 }  // namespace qbo

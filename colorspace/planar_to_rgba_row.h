@@ -49,6 +49,18 @@ using PlanarToPixelsRowFn = void (*)(uint8_t* dst, const uint8_t* y, const uint8
 QBO_DECLARE_PLANAR_ROWS(PlanarToRgbaRow);
 QBO_DECLARE_PLANAR_ROWS(PlanarToBgraRow);
 
+// The AVX-512 VBMI rows, as the AVX-512 ones.
+#define QBO_DECLARE_PLANAR_ROWS_VBMI(Name)                                                   \
+  void Name##_AVX512VBMI(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,  \
+                         int width, const YuvToRgbVectors* vectors);                          \
+  void Name##_Any_AVX512VBMI(uint8_t* dst, const uint8_t* y, const uint8_t* u,                \
+                             const uint8_t* v, int width, const YuvToRgbVectors* vectors)
+
+QBO_DECLARE_PLANAR_ROWS_VBMI(PlanarToRgbaRow);
+QBO_DECLARE_PLANAR_ROWS_VBMI(PlanarToBgraRow);
+
+#undef QBO_DECLARE_PLANAR_ROWS_VBMI
+
 #undef QBO_DECLARE_PLANAR_ROWS
 
 // Converts the row's last `count` pixels (1 .. kBlock) with a whole-block

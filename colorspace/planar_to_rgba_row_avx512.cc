@@ -1,99 +1,42 @@
-// AVX-512 rows of planar YUV to 32-bit, thirty-two pixels a step, on the
-// shared arithmetic of yuv_to_rgb_core_avx512.h.
-#include <immintrin.h>
-
-#include "colorspace/planar_to_rgba_row.h"
-#include "colorspace/yuv_to_rgb_core_avx512.h"
+// AVX-512 rows of planar YUV to 32-bit, thirty-two pixels a step.
+#include "colorspace/planar_to_rgba_avx512.h"
 
 namespace qbo {
-
 namespace {
 
-__m128i Load16(const uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-
-// Scaled chroma of one plane for sixteen pairs in pixel order. Every
-// 128-bit lane holds samples 0..15 except the top one, which holds 1..16
-// (sample 16 opens the next step), so one in-lane byte shuffle writes each
-// pixel's two samples (c_k c_k for pixel 2k, c_k c_k+1 for pixel 2k + 1)
-// and PairedChroma_AVX512 scales them. In the block that ends a row there
-// is no sample 16: the top lane holds 0..15 too and the last pair's odd
-// pixel takes its own sample twice, the own-sample rule.
-template <bool kEndsRow>
-__m512i PlaneChroma(const uint8_t* c) {
-  const __m512i low = _mm512_broadcast_i32x4(Load16(c));
-  const __m512i samples = kEndsRow ? low : _mm512_inserti32x4(low, Load16(c + 1), 3);
-  const __m512i pick = kEndsRow
-      ? _mm512_setr_epi32(0x01000000, 0x02010101, 0x03020202, 0x04030303,   // pairs 0..3
-                          0x05040404, 0x06050505, 0x07060606, 0x08070707,   // pairs 4..7
-                          0x09080808, 0x0A090909, 0x0B0A0A0A, 0x0C0B0B0B,   // pairs 8..11
-                          0x0D0C0C0C, 0x0E0D0D0D, 0x0F0E0E0E, 0x0F0F0F0F)   // 12..15, 15 twice
-      : _mm512_setr_epi32(0x01000000, 0x02010101, 0x03020202, 0x04030303,   // pairs 0..3
-                          0x05040404, 0x06050505, 0x07060606, 0x08070707,   // pairs 4..7
-                          0x09080808, 0x0A090909, 0x0B0A0A0A, 0x0C0B0B0B,   // pairs 8..11
-                          0x0C0B0B0B, 0x0D0C0C0C, 0x0E0D0D0D, 0x0F0E0E0E);  // 12..15, one on
-  return PairedChroma_AVX512(_mm512_shuffle_epi8(samples, pick));
-}
-
-template <bool kBgra, bool kEndsRow>
-void ConvertBlock(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                  const YuvToRgbRegs_AVX512& regs) {
-  const __m512i luma =
-      _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(y)));
-  __m512i r, g, b, first, second;
-  YuvToRgbChannels_AVX512(luma, PlaneChroma<kEndsRow>(u), PlaneChroma<kEndsRow>(v), regs, &r, &g,
-                          &b);
-  PackOpaquePixels_AVX512<kBgra>(r, g, b, &first, &second);
-  _mm512_storeu_si512(dst, first);
-  _mm512_storeu_si512(dst + 64, second);
-}
-
-template <bool kBgra>
-void PlanarToPixelsRow(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                       int width, const YuvToRgbVectors& vectors) {
-  const YuvToRgbRegs_AVX512 regs = LoadYuvToRgbRegs_AVX512(vectors);
-  for (int x = 0; x < width; x += 32, dst += 128, y += 32, u += 16, v += 16) {
-    ConvertBlock<kBgra, false>(dst, y, u, v, regs);
+struct PackStore {
+  template <bool kBgra>
+  static void Pixels(__m512i r, __m512i g, __m512i b, uint8_t* dst) {
+    __m512i first, second;
+    PackOpaquePixels_AVX512<kBgra>(r, g, b, &first, &second);
+    _mm512_storeu_si512(dst, first);
+    _mm512_storeu_si512(dst + 64, second);
   }
-}
-
-// Whole blocks except the one holding the row's last pixel; that block in
-// place when it is whole, else through the block row on a padded copy (see
-// PaddedTail).
-template <bool kBgra>
-void AnyRow(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v, int width,
-            const YuvToRgbVectors* vectors) {
-  if (width <= 0) return;
-  const int n = (width - 1) & ~31;
-  PlanarToPixelsRow<kBgra>(dst, y, u, v, n, *vectors);
-  if (width - n == 32) {
-    ConvertBlock<kBgra, true>(dst + 4 * n, y + n, u + n / 2, v + n / 2,
-                              LoadYuvToRgbRegs_AVX512(*vectors));
-  } else {
-    PaddedTail<32>(kBgra ? PlanarToBgraRow_AVX512 : PlanarToRgbaRow_AVX512, dst + 4 * n, y + n,
-                   u + n / 2, v + n / 2, width - n, vectors);
-  }
-}
+};
 
 }  // namespace
 
+using planar_avx512::AnyRow;
+using planar_avx512::PlanarToPixelsRow;
+
 void PlanarToRgbaRow_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                             int width, const YuvToRgbVectors* vectors) {
-  PlanarToPixelsRow<false>(dst, y, u, v, width, *vectors);
+  PlanarToPixelsRow<PackStore, false>(dst, y, u, v, width, *vectors);
 }
 
 void PlanarToBgraRow_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                             int width, const YuvToRgbVectors* vectors) {
-  PlanarToPixelsRow<true>(dst, y, u, v, width, *vectors);
+  PlanarToPixelsRow<PackStore, true>(dst, y, u, v, width, *vectors);
 }
 
 void PlanarToRgbaRow_Any_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u,
                                 const uint8_t* v, int width, const YuvToRgbVectors* vectors) {
-  AnyRow<false>(dst, y, u, v, width, vectors);
+  AnyRow<PackStore, false>(PlanarToRgbaRow_AVX512, dst, y, u, v, width, vectors);
 }
 
 void PlanarToBgraRow_Any_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u,
                                 const uint8_t* v, int width, const YuvToRgbVectors* vectors) {
-  AnyRow<true>(dst, y, u, v, width, vectors);
+  AnyRow<PackStore, true>(PlanarToBgraRow_AVX512, dst, y, u, v, width, vectors);
 }
 
 }  // namespace qbo

@@ -13,6 +13,7 @@ list(APPEND QBO_SOURCES
   colorspace/yuyv_to_rgba.cc
   colorspace/yuyv_to_rgba_row_avx2.cc
   colorspace/yuyv_to_rgba_row_avx512.cc
+  colorspace/yuyv_to_rgba_row_avx512vbmi.cc
   colorspace/yuyv_to_rgba_row_c.cc
   colorspace/yuyv_to_rgba_row_sse2.cc
   colorspace/planar_to_rgba.cc
@@ -20,4 +21,5 @@ list(APPEND QBO_SOURCES
   colorspace/planar_to_rgba_row_c.cc
   colorspace/planar_to_rgba_row_sse2.cc
   colorspace/planar_to_rgba_row_avx2.cc
-  colorspace/planar_to_rgba_row_avx512.cc)
+  colorspace/planar_to_rgba_row_avx512.cc
+  colorspace/planar_to_rgba_row_avx512vbmi.cc)

@@ -16,6 +16,10 @@
 #include "colorspace/yuv_to_rgb_core.h"
 
 namespace qbo {
+// Internal to each including file: the AVX-512 and AVX-512 VBMI files
+// compile these with different instruction sets, and one shared copy could
+// carry instructions that the other file's CPU lacks.
+namespace {
 
 struct YuvToRgbRegs_AVX512 {
   __m512i r_from_v, g_from_u, g_from_v, b_from_u;
@@ -69,6 +73,7 @@ inline __m512i PairedChroma_AVX512(__m512i paired_bytes) {
                               _mm512_xor_si512(paired_bytes, _mm512_set1_epi8(-128)));
 }
 
+}  // namespace
 }  // namespace qbo
 
 #endif  // QBO_COLORSPACE_YUV_TO_RGB_CORE_AVX512_H_

@@ -39,6 +39,18 @@ QBO_DECLARE_YUYV_ROWS(YuyvToRgbaRow);
 QBO_DECLARE_YUYV_ROWS(YuyvToBgraRow);
 QBO_DECLARE_YUYV_ROWS(YuyvToRgb24Row);
 
+// The 32-bit rows also have an AVX-512 VBMI form.
+#define QBO_DECLARE_YUYV_ROWS_VBMI(Name)                                                      \
+  void Name##_AVX512VBMI(const uint8_t* src, uint8_t* dst, int width,                         \
+                         const YuvToRgbVectors* v);                                           \
+  void Name##_Any_AVX512VBMI(const uint8_t* src, uint8_t* dst, int width,                     \
+                             const YuvToRgbVectors* v)
+
+QBO_DECLARE_YUYV_ROWS_VBMI(YuyvToRgbaRow);
+QBO_DECLARE_YUYV_ROWS_VBMI(YuyvToBgraRow);
+
+#undef QBO_DECLARE_YUYV_ROWS_VBMI
+
 #undef QBO_DECLARE_YUYV_ROWS
 
 }  // namespace qbo

@@ -73,6 +73,7 @@ CpuFeatures DetectCpu() {
     // XCR0 bits 5-7: opmask registers and both halves of ZMM0-31.
     f.avx512 = f.avx2 && (ebx & bit_AVX512F) && (ebx & bit_AVX512BW) &&
                (ReadXcr0() & 0xE6) == 0xE6;
+    f.avx512vbmi = f.avx512 && (ecx & bit_AVX512VBMI) != 0;
   }
   if (__get_cpuid_max(0, nullptr) >= 7) {
     __cpuid_count(7, 0, eax, ebx, ecx, edx);

@@ -14,6 +14,8 @@ struct CpuFeatures {
   bool avx2 = false;
   // AVX-512 F and BW with the OS saving the ZMM and mask state.
   bool avx512 = false;
+  // AVX-512 VBMI (byte permutes) on top of the above.
+  bool avx512vbmi = false;
   // Fast `rep movsb` / `rep stos` (CPUID ERMS): long string moves run at the
   // cache's full rate and write whole lines without reading them first.
   bool fast_strings = false;

@@ -32,6 +32,7 @@ KernelLevel Min(KernelLevel a, KernelLevel b) { return a < b ? a : b; }
 KernelLevel MachineKernelLevel() {
   static const KernelLevel level = [] {
     const CpuFeatures& f = Cpu();
+    if (f.avx512vbmi && f.sse2) return KernelLevel::kAvx512Vbmi;
     if (f.avx512 && f.sse2) return KernelLevel::kAvx512;
     if (f.avx2 && f.sse2) return KernelLevel::kAvx2;
     if (f.sse2) return KernelLevel::kSse2;
@@ -52,6 +53,8 @@ const char* KernelLevelName(KernelLevel level) {
       return "AVX2";
     case KernelLevel::kAvx512:
       return "AVX-512";
+    case KernelLevel::kAvx512Vbmi:
+      return "AVX-512 VBMI";
   }
   return "?";
 }
@@ -71,6 +74,7 @@ void InitKernelTableFromEnvironment() {
     if (std::strcmp(v, "sse2") == 0) cap = KernelLevel::kSse2;
     if (std::strcmp(v, "avx2") == 0) cap = KernelLevel::kAvx2;
     if (std::strcmp(v, "avx512") == 0) cap = KernelLevel::kAvx512;
+    if (std::strcmp(v, "avx512vbmi") == 0) cap = KernelLevel::kAvx512Vbmi;
   }
   FillTable(Min(cap, MachineKernelLevel()));
 }

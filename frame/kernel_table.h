@@ -47,7 +47,7 @@ const char* KernelLevelName(KernelLevel level);
 std::vector<KernelLevel> AvailableKernelLevels();
 
 // Fills the table at the machine's level, capped by the QBO_CPU variable
-// ("c", "sse2", "avx2", "avx512"; anything else leaves the machine's level).
+// ("c", "sse2", "avx2", "avx512", "avx512vbmi"; anything else leaves the machine's level).
 void InitKernelTableFromEnvironment();
 
 // Test and benchmark hook, never exported: refills the table at `level`,

@@ -149,7 +149,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     Fail("LLVMFuzzerInitialize", "the library did not attach");
   }
   if (const char* v = std::getenv("QBO_FUZZ_LEVEL")) {
-    const char* const names[] = {"c", "sse2", "avx2", "avx512"};
+    const char* const names[] = {"c", "sse2", "avx2", "avx512", "avx512vbmi"};
     const std::vector<qbo::KernelLevel> levels = qbo::AvailableKernelLevels();
     for (std::size_t i = 0; i < levels.size(); ++i) {
       if (std::strcmp(v, names[i]) == 0) {

@@ -31,8 +31,9 @@ TEST(KernelTable, CpuVariableCapsTheLevel) {
                         {"sse2", KernelLevel::kSse2},
                         {"avx2", KernelLevel::kAvx2},
                         {"avx512", KernelLevel::kAvx512},
-                        {"bogus", KernelLevel::kAvx512},
-                        {nullptr, KernelLevel::kAvx512}};
+                        {"avx512vbmi", KernelLevel::kAvx512Vbmi},
+                        {"bogus", KernelLevel::kAvx512Vbmi},
+                        {nullptr, KernelLevel::kAvx512Vbmi}};
   for (const Case& c : cases) {
     SetCpuVariable(c.value);
     InitKernelTableFromEnvironment();

@@ -4,7 +4,7 @@
 # Windows) must print it, so a digest that moves is a changed result: find
 # the call with `--trace NAME`, and re-record only when the change is meant.
 file(READ ${RECORDED} reference)
-foreach(level c sse2 avx2 avx512)
+foreach(level c sse2 avx2 avx512 avx512vbmi)
   execute_process(COMMAND ${CMAKE_COMMAND} -E env QBO_CPU=${level} ${EMULATOR} ${PROGRAM}
                           --calls 400
                   OUTPUT_VARIABLE out RESULT_VARIABLE rc)

@@ -366,9 +366,11 @@ std::vector<Row> Rows() {
 }
 
 // The AVX-512 rows run only where the CPU has them; say so when it does not.
-TEST(Rows, Avx512LevelIsSwept) {
+TEST(Rows, Avx512LevelsAreSwept) {
   if (MachineKernelLevel() < KernelLevel::kAvx512) GTEST_SKIP() << "this CPU has no AVX-512";
-  EXPECT_EQ(AvailableKernelLevels().back(), KernelLevel::kAvx512);
+  EXPECT_EQ(AvailableKernelLevels()[3], KernelLevel::kAvx512);
+  if (MachineKernelLevel() < KernelLevel::kAvx512Vbmi) GTEST_SKIP() << "this CPU has no VBMI";
+  EXPECT_EQ(AvailableKernelLevels().back(), KernelLevel::kAvx512Vbmi);
 }
 
 // The SIMD blends compute the over-share entry instead of reading the
