@@ -1,7 +1,9 @@
 // The AVX-512 rows of planar YUV to 32-bit, thirty-two pixels a step, on
-// the shared arithmetic of yuv_to_rgb_core_avx512.h, with the final store
-// left to a policy: `Store::Pixels<kBgra>(r, g, b, dst)` writes the 32
-// pixels' 128 bytes. The AVX-512 and AVX-512 VBMI rows differ only there.
+// the shared arithmetic of yuv_to_rgb_core_avx512.h, with the byte
+// placement left to a policy, in which the AVX-512 and AVX-512 VBMI rows
+// differ: `Ops::Chroma<kEndsRow>(c)` gives a plane's scaled chroma of the
+// 32 pixels (as PlaneChroma below), and `Ops::Pixels<kBgra>(r, g, b, dst)`
+// writes the 32 pixels' 128 bytes.
 // Include only from *_avx512*.cc files.
 #ifndef QBO_COLORSPACE_PLANAR_TO_RGBA_AVX512_H_
 #define QBO_COLORSPACE_PLANAR_TO_RGBA_AVX512_H_
@@ -42,37 +44,37 @@ inline __m512i PlaneChroma(const uint8_t* c) {
   return PairedChroma_AVX512(_mm512_shuffle_epi8(samples, pick));
 }
 
-template <class Store, bool kBgra, bool kEndsRow>
+template <class Ops, bool kBgra, bool kEndsRow>
 void ConvertBlock(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                   const YuvToRgbRegs_AVX512& regs) {
   const __m512i luma =
       _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(y)));
   __m512i r, g, b;
-  YuvToRgbChannels_AVX512(luma, PlaneChroma<kEndsRow>(u), PlaneChroma<kEndsRow>(v), regs, &r, &g,
-                          &b);
-  Store::template Pixels<kBgra>(r, g, b, dst);
+  YuvToRgbChannels_AVX512(luma, Ops::template Chroma<kEndsRow>(u),
+                          Ops::template Chroma<kEndsRow>(v), regs, &r, &g, &b);
+  Ops::template Pixels<kBgra>(r, g, b, dst);
 }
 
-template <class Store, bool kBgra>
+template <class Ops, bool kBgra>
 void PlanarToPixelsRow(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                        int width, const YuvToRgbVectors& vectors) {
   const YuvToRgbRegs_AVX512 regs = LoadYuvToRgbRegs_AVX512(vectors);
   for (int x = 0; x < width; x += 32, dst += 128, y += 32, u += 16, v += 16) {
-    ConvertBlock<Store, kBgra, false>(dst, y, u, v, regs);
+    ConvertBlock<Ops, kBgra, false>(dst, y, u, v, regs);
   }
 }
 
 // Whole blocks except the one holding the row's last pixel; that block in
 // place when it is whole, else through the block row on a padded copy (see
 // PaddedTail, with `block_row` the level's whole-block row).
-template <class Store, bool kBgra>
+template <class Ops, bool kBgra>
 void AnyRow(PlanarToPixelsRowFn block_row, uint8_t* dst, const uint8_t* y, const uint8_t* u,
             const uint8_t* v, int width, const YuvToRgbVectors* vectors) {
   if (width <= 0) return;
   const int n = (width - 1) & ~31;
-  PlanarToPixelsRow<Store, kBgra>(dst, y, u, v, n, *vectors);
+  PlanarToPixelsRow<Ops, kBgra>(dst, y, u, v, n, *vectors);
   if (width - n == 32) {
-    ConvertBlock<Store, kBgra, true>(dst + 4 * n, y + n, u + n / 2, v + n / 2,
+    ConvertBlock<Ops, kBgra, true>(dst + 4 * n, y + n, u + n / 2, v + n / 2,
                                      LoadYuvToRgbRegs_AVX512(*vectors));
   } else {
     PaddedTail<32>(block_row, dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n, vectors);

@@ -5,6 +5,10 @@ namespace qbo {
 namespace {
 
 struct PackStore {
+  template <bool kEndsRow>
+  static __m512i Chroma(const uint8_t* c) {
+    return planar_avx512::PlaneChroma<kEndsRow>(c);
+  }
   template <bool kBgra>
   static void Pixels(__m512i r, __m512i g, __m512i b, uint8_t* dst) {
     __m512i first, second;
