@@ -85,4 +85,26 @@ void AnyRow(PlanarToPixelsRowFn block_row, uint8_t* dst, const uint8_t* y, const
 }  // namespace
 }  // namespace qbo
 
+// The four exported rows of one level: Name##_<Level> and Name##_Any_<Level>
+// for RGBA and BGRA, on the policy `Ops`.
+#define QBO_DEFINE_PLANAR_ROWS_AVX512(Level, Ops)                                              \
+  void PlanarToRgbaRow_##Level(uint8_t* dst, const uint8_t* y, const uint8_t* u,                \
+                               const uint8_t* v, int width, const YuvToRgbVectors* vectors) {   \
+    planar_avx512::PlanarToPixelsRow<Ops, false>(dst, y, u, v, width, *vectors);                \
+  }                                                                                             \
+  void PlanarToBgraRow_##Level(uint8_t* dst, const uint8_t* y, const uint8_t* u,                \
+                               const uint8_t* v, int width, const YuvToRgbVectors* vectors) {   \
+    planar_avx512::PlanarToPixelsRow<Ops, true>(dst, y, u, v, width, *vectors);                 \
+  }                                                                                             \
+  void PlanarToRgbaRow_Any_##Level(uint8_t* dst, const uint8_t* y, const uint8_t* u,            \
+                                   const uint8_t* v, int width,                                 \
+                                   const YuvToRgbVectors* vectors) {                            \
+    planar_avx512::AnyRow<Ops, false>(PlanarToRgbaRow_##Level, dst, y, u, v, width, vectors);   \
+  }                                                                                             \
+  void PlanarToBgraRow_Any_##Level(uint8_t* dst, const uint8_t* y, const uint8_t* u,            \
+                                   const uint8_t* v, int width,                                 \
+                                   const YuvToRgbVectors* vectors) {                            \
+    planar_avx512::AnyRow<Ops, true>(PlanarToBgraRow_##Level, dst, y, u, v, width, vectors);    \
+  }
+
 #endif  // QBO_COLORSPACE_PLANAR_TO_RGBA_AVX512_H_

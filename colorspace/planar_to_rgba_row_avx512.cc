@@ -20,27 +20,8 @@ struct PackStore {
 
 }  // namespace
 
-using planar_avx512::AnyRow;
-using planar_avx512::PlanarToPixelsRow;
+QBO_DEFINE_PLANAR_ROWS_AVX512(AVX512, PackStore)
 
-void PlanarToRgbaRow_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                            int width, const YuvToRgbVectors* vectors) {
-  PlanarToPixelsRow<PackStore, false>(dst, y, u, v, width, *vectors);
-}
-
-void PlanarToBgraRow_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                            int width, const YuvToRgbVectors* vectors) {
-  PlanarToPixelsRow<PackStore, true>(dst, y, u, v, width, *vectors);
-}
-
-void PlanarToRgbaRow_Any_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u,
-                                const uint8_t* v, int width, const YuvToRgbVectors* vectors) {
-  AnyRow<PackStore, false>(PlanarToRgbaRow_AVX512, dst, y, u, v, width, vectors);
-}
-
-void PlanarToBgraRow_Any_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* u,
-                                const uint8_t* v, int width, const YuvToRgbVectors* vectors) {
-  AnyRow<PackStore, true>(PlanarToBgraRow_AVX512, dst, y, u, v, width, vectors);
-}
+#undef QBO_DEFINE_PLANAR_ROWS_AVX512
 
 }  // namespace qbo

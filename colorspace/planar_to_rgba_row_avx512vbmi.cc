@@ -39,27 +39,8 @@ struct PermuteStore {
 
 }  // namespace
 
-using planar_avx512::AnyRow;
-using planar_avx512::PlanarToPixelsRow;
+QBO_DEFINE_PLANAR_ROWS_AVX512(AVX512VBMI, PermuteStore)
 
-void PlanarToRgbaRow_AVX512VBMI(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                            int width, const YuvToRgbVectors* vectors) {
-  PlanarToPixelsRow<PermuteStore, false>(dst, y, u, v, width, *vectors);
-}
-
-void PlanarToBgraRow_AVX512VBMI(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                            int width, const YuvToRgbVectors* vectors) {
-  PlanarToPixelsRow<PermuteStore, true>(dst, y, u, v, width, *vectors);
-}
-
-void PlanarToRgbaRow_Any_AVX512VBMI(uint8_t* dst, const uint8_t* y, const uint8_t* u,
-                                const uint8_t* v, int width, const YuvToRgbVectors* vectors) {
-  AnyRow<PermuteStore, false>(PlanarToRgbaRow_AVX512VBMI, dst, y, u, v, width, vectors);
-}
-
-void PlanarToBgraRow_Any_AVX512VBMI(uint8_t* dst, const uint8_t* y, const uint8_t* u,
-                                const uint8_t* v, int width, const YuvToRgbVectors* vectors) {
-  AnyRow<PermuteStore, true>(PlanarToBgraRow_AVX512VBMI, dst, y, u, v, width, vectors);
-}
+#undef QBO_DEFINE_PLANAR_ROWS_AVX512
 
 }  // namespace qbo
