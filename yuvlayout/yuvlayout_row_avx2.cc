@@ -69,13 +69,15 @@ __m256i BlendWeights(const ChromaBlend* w) {
 }
 
 // (wa * a + wb * b + 4) >> 3 on 32 bytes. Unpack and pack both stay in
-// their 128-bit lane, so the byte order comes back unchanged.
+// their 128-bit lane, so the byte order comes back unchanged. With the sum
+// s below 2048, (s + 4) >> 3 is mulhrs(s, 4096) = ((s >> 2) + 1) >> 1: for
+// n = s >> 2 both are floor((n + 1) / 2), as s / 4 lies in [n, n + 1).
 __m256i Blend32(__m256i a, __m256i b, __m256i weights) {
-  const __m256i four = _mm256_set1_epi16(4);
-  const __m256i lo = _mm256_srli_epi16(
-      _mm256_add_epi16(_mm256_maddubs_epi16(_mm256_unpacklo_epi8(a, b), weights), four), 3);
-  const __m256i hi = _mm256_srli_epi16(
-      _mm256_add_epi16(_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a, b), weights), four), 3);
+  const __m256i eighth = _mm256_set1_epi16(4096);
+  const __m256i lo =
+      _mm256_mulhrs_epi16(_mm256_maddubs_epi16(_mm256_unpacklo_epi8(a, b), weights), eighth);
+  const __m256i hi =
+      _mm256_mulhrs_epi16(_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a, b), weights), eighth);
   return _mm256_packus_epi16(lo, hi);
 }
 
@@ -119,7 +121,6 @@ template <bool kQuarters>
 void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
                      const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
   const __m256i weights = BlendWeights(w);
-  const __m256i eighth = _mm256_set1_epi16(4096);
   const __m256i chroma_order = _mm256_setr_epi32(0, 4, 2, 6, 1, 5, 3, 7);
   const __m256i interleave = _mm256_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15,
                                               0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15);
@@ -127,16 +128,8 @@ void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const ui
   for (int x = 0, h = 0; x < width; x += 32, h += 16) {
     const __m256i a = _mm256_set_m128i(Load16(va + h), Load16(ua + h));
     const __m256i b = _mm256_set_m128i(Load16(vb + h), Load16(ub + h));
-    __m256i mixed;
-    if (kQuarters) {
-      mixed = a_light ? QuarterMix(a, b) : QuarterMix(b, a);
-    } else {
-      const __m256i lo =
-          _mm256_mulhrs_epi16(_mm256_maddubs_epi16(_mm256_unpacklo_epi8(a, b), weights), eighth);
-      const __m256i hi =
-          _mm256_mulhrs_epi16(_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a, b), weights), eighth);
-      mixed = _mm256_packus_epi16(lo, hi);
-    }
+    const __m256i mixed =
+        kQuarters ? (a_light ? QuarterMix(a, b) : QuarterMix(b, a)) : Blend32(a, b, weights);
     const __m256i chroma =
         _mm256_shuffle_epi8(_mm256_permutevar8x32_epi32(mixed, chroma_order), interleave);
     const __m256i luma = _mm256_permute4x64_epi64(Load(y + x), kQwordOrder0213);
@@ -149,12 +142,11 @@ void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const ui
 
 // Each source row's chroma is loaded as one register [U0..15 | V0..15]. The
 // plain quarter weights mix those bytes in place (QuarterMix); other
-// weights pair the rows with one unpack for the multiply-add and pack the
-// mixes back to [U0..15 | V0..15]. A dword permute and a byte shuffle then
-// interleave them as the chroma bytes of pixels 0..7 and 16..23 (lane 0)
-// and 8..15 and 24..31 (lane 1); with the luma's qwords permuted to match,
-// the two unpacks with the luma are the output in order. The mix
-// (a x wa + b x wb + 4) >> 3 is mulhrs(s, 4096): see the AVX-512 row.
+// weights blend them as Blend32 does, which keeps the [U0..15 | V0..15]
+// order. A dword permute and a byte shuffle then interleave them as the
+// chroma bytes of pixels 0..7 and 16..23 (lane 0) and 8..15 and 24..31
+// (lane 1); with the luma's qwords permuted to match, the two unpacks with
+// the luma are the output in order.
 void Yuv420ToYuyvRow_AVX2(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
                           const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
   (IsQuarterMix(*w) ? Yuv420ToYuyvRow<true> : Yuv420ToYuyvRow<false>)(dst, y, ua, ub, va, vb,
