@@ -20,20 +20,9 @@ uint32_t* PixelAt(void* base, int32_t pitch, int64_t row, int32_t column) {
   return reinterpret_cast<uint32_t*>(static_cast<uint8_t*>(base) + offset);
 }
 
-// Bytes a fill may write before its stores had better bypass the cache: a
-// frame bigger than the cache one core draws on evicts everything and is
-// itself gone before anyone reads it. That is one L3 slice at most (32 MB
-// on current parts; a virtual machine may report a whole socket's), 8 MB
-// where CPUID describes no cache. A copy fills the cache from its source
-// too, so it streams past half of this.
-std::size_t StreamFillAbove() {
-  static const std::size_t bytes = [] {
-    constexpr std::size_t kMb = std::size_t{1} << 20;
-    const std::size_t llc = qbo::Cpu().last_level_cache;
-    return llc == 0 ? 8 * kMb : llc < 32 * kMb ? llc : 32 * kMb;
-  }();
-  return bytes;
-}
+// Fills stream past the cache budget; a copy fills the cache from its
+// source too, so it streams past half of it.
+std::size_t StreamFillAbove() { return qbo::StreamStoresAbove(); }
 
 }  // namespace
 

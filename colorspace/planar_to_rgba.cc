@@ -6,8 +6,10 @@
 #include <cstdint>
 
 #include "QuillonBufferOperaU.h"
+#include "frame/cpu.h"
 #include "frame/kernel_table.h"
 #include "frame/platform.h"
+#include "frame/stream_fence.h"
 #include "yuvlayout/field_chroma.h"
 
 namespace qbo {
@@ -39,6 +41,16 @@ struct RowJob {
   PlanarToPixelsRowFn row;
   YuvToRgbVectors vectors;
   int32_t width;
+  // Streams the rows of a frame of `rows` rows past the cache when it is
+  // large (StreamFrameStores): 4:2:2 reads 2 bytes a pixel, 4:2:0 1.5, and
+  // both write 4.
+  RowJob ForFrame(int32_t rows, bool chroma420) const {
+    RowJob job = *this;
+    job.vectors.stream = StreamFrameStores(uint64_t{static_cast<uint32_t>(width)} *
+                                           static_cast<uint32_t>(rows) * (chroma420 ? 11 : 12) /
+                                           2);
+    return job;
+  }
   void Convert(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v) const {
     row(dst, y, u, v, width, &vectors);
   }
@@ -49,9 +61,11 @@ RowJob MakeJob(bool bgra, int32_t width, int32_t bt709) {
   return {bgra ? k.to_bgra : k.to_rgba, YuvToRgbVectorsFor(bt709 != 0), width};
 }
 
-void Convert422Frame(const RowJob& job, void* dst, int32_t dstPitch, const PlanarSource& src,
-                     int32_t height, int32_t flip) {
-  if (job.width <= 0 || height <= 0) return;
+void Convert422Frame(const RowJob& frame_job, void* dst, int32_t dstPitch,
+                     const PlanarSource& src, int32_t height, int32_t flip) {
+  if (frame_job.width <= 0 || height <= 0) return;
+  const RowJob job = frame_job.ForFrame(height, false);
+  const StreamFence fence(job.vectors.stream);
   const Target out = {static_cast<uint8_t*>(dst), dstPitch, height, flip != 0};
   for (int i = 0; i < height; ++i) {
     job.Convert(out.Row(i), src.y.Row(i), src.u.Row(i), src.v.Row(i));
@@ -60,9 +74,11 @@ void Convert422Frame(const RowJob& job, void* dst, int32_t dstPitch, const Plana
 
 // Source rows 2j and 2j + 1 go to row j of dst0 and dst1; an odd last row
 // is not converted.
-void Convert422Split(const RowJob& job, const Target (&out)[2], const PlanarSource& src,
+void Convert422Split(const RowJob& frame_job, const Target (&out)[2], const PlanarSource& src,
                      int32_t height) {
-  if (job.width <= 0) return;
+  if (frame_job.width <= 0) return;
+  const RowJob job = frame_job.ForFrame(height, false);
+  const StreamFence fence(job.vectors.stream);
   for (int i = 0; i < 2 * (height / 2); ++i) {
     job.Convert(out[i % 2].Row(i / 2), src.y.Row(i), src.u.Row(i), src.v.Row(i));
   }
@@ -75,10 +91,12 @@ void Convert422Split(const RowJob& job, const Target (&out)[2], const PlanarSour
 // (to mix a pair of chroma rows once for both) makes the writes jump back
 // and forth, and on frames that do not stay in the cache that costs more
 // than mixing the chroma row again.
-void Convert420Fields(const RowJob& job, const Target (&field_out)[2], const PlanarSource& src,
-                      int32_t height) {
+void Convert420Fields(const RowJob& frame_job, const Target (&field_out)[2],
+                      const PlanarSource& src, int32_t height) {
   const int h2 = height / 2;
-  if (job.width <= 0 || h2 < 1) return;
+  if (frame_job.width <= 0 || h2 < 1) return;
+  const RowJob job = frame_job.ForFrame(2 * h2, true);
+  const StreamFence fence(job.vectors.stream);
   const int samples = (job.width + 1) / 2;
   ScratchBuffer scratch(2 * static_cast<std::size_t>(samples));
   if (!scratch) return;

@@ -2,8 +2,9 @@
 // the shared arithmetic of yuv_to_rgb_core_avx512.h, with the byte
 // placement left to a policy, in which the AVX-512 and AVX-512 VBMI rows
 // differ: `Ops::Chroma<kEndsRow>(c)` gives a plane's scaled chroma of the
-// 32 pixels (as PlaneChroma below), and `Ops::Pixels<kBgra>(r, g, b, dst)`
-// writes the 32 pixels' 128 bytes.
+// 32 pixels (as PlaneChroma below), and
+// `Ops::Pixels<kBgra, kStream>(r, g, b, dst)` writes the 32 pixels' 128
+// bytes (past the cache with kStream, to a 64-byte aligned dst).
 // Include only from *_avx512*.cc files.
 #ifndef QBO_COLORSPACE_PLANAR_TO_RGBA_AVX512_H_
 #define QBO_COLORSPACE_PLANAR_TO_RGBA_AVX512_H_
@@ -44,7 +45,7 @@ inline __m512i PlaneChroma(const uint8_t* c) {
   return PairedChroma_AVX512(_mm512_shuffle_epi8(samples, pick));
 }
 
-template <class Ops, bool kBgra, bool kEndsRow>
+template <class Ops, bool kBgra, bool kEndsRow, bool kStream>
 void ConvertBlock(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                   const YuvToRgbRegs_AVX512& regs) {
   const __m512i luma =
@@ -52,16 +53,24 @@ void ConvertBlock(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_
   __m512i r, g, b;
   YuvToRgbChannels_AVX512(luma, Ops::template Chroma<kEndsRow>(u),
                           Ops::template Chroma<kEndsRow>(v), regs, &r, &g, &b);
-  Ops::template Pixels<kBgra>(r, g, b, dst);
+  Ops::template Pixels<kBgra, kStream>(r, g, b, dst);
+}
+
+template <class Ops, bool kBgra, bool kStream>
+void PlanarToPixelsBlocks(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
+                          int width, const YuvToRgbRegs_AVX512& regs) {
+  for (int x = 0; x < width; x += 32, dst += 128, y += 32, u += 16, v += 16) {
+    ConvertBlock<Ops, kBgra, false, kStream>(dst, y, u, v, regs);
+  }
 }
 
 template <class Ops, bool kBgra>
 void PlanarToPixelsRow(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
                        int width, const YuvToRgbVectors& vectors) {
   const YuvToRgbRegs_AVX512 regs = LoadYuvToRgbRegs_AVX512(vectors);
-  for (int x = 0; x < width; x += 32, dst += 128, y += 32, u += 16, v += 16) {
-    ConvertBlock<Ops, kBgra, false>(dst, y, u, v, regs);
-  }
+  (StreamsTo(vectors, dst, 64) ? PlanarToPixelsBlocks<Ops, kBgra, true>
+                               : PlanarToPixelsBlocks<Ops, kBgra, false>)(dst, y, u, v, width,
+                                                                           regs);
 }
 
 // Whole blocks except the one holding the row's last pixel; that block in
@@ -74,8 +83,11 @@ void AnyRow(PlanarToPixelsRowFn block_row, uint8_t* dst, const uint8_t* y, const
   const int n = (width - 1) & ~31;
   PlanarToPixelsRow<Ops, kBgra>(dst, y, u, v, n, *vectors);
   if (width - n == 32) {
-    ConvertBlock<Ops, kBgra, true>(dst + 4 * n, y + n, u + n / 2, v + n / 2,
-                                     LoadYuvToRgbRegs_AVX512(*vectors));
+    // dst + 4n is aligned as dst is.
+    const YuvToRgbRegs_AVX512 regs = LoadYuvToRgbRegs_AVX512(*vectors);
+    (StreamsTo(*vectors, dst, 64) ? ConvertBlock<Ops, kBgra, true, true>
+                                  : ConvertBlock<Ops, kBgra, true, false>)(
+        dst + 4 * n, y + n, u + n / 2, v + n / 2, regs);
   } else {
     PaddedTail<32>(block_row, dst + 4 * n, y + n, u + n / 2, v + n / 2, width - n, vectors);
   }

@@ -81,7 +81,8 @@ inline void PaddedTail(PlanarToPixelsRowFn block_row, uint8_t* dst, const uint8_
     cu[k] = u[k < samples ? k : samples - 1];
     cv[k] = v[k < samples ? k : samples - 1];
   }
-  block_row(out, luma, cu, cv, kBlock, vectors);
+  const YuvToRgbVectors cached = CachedStores(*vectors);
+  block_row(out, luma, cu, cv, kBlock, &cached);
   for (int i = 0; i < 4 * count; ++i) dst[i] = out[i];
 }
 

@@ -9,12 +9,12 @@ struct PackStore {
   static __m512i Chroma(const uint8_t* c) {
     return planar_avx512::PlaneChroma<kEndsRow>(c);
   }
-  template <bool kBgra>
+  template <bool kBgra, bool kStream>
   static void Pixels(__m512i r, __m512i g, __m512i b, uint8_t* dst) {
     __m512i first, second;
     PackOpaquePixels_AVX512<kBgra>(r, g, b, &first, &second);
-    _mm512_storeu_si512(dst, first);
-    _mm512_storeu_si512(dst + 64, second);
+    Store64_AVX512<kStream>(dst, first);
+    Store64_AVX512<kStream>(dst + 64, second);
   }
 };
 

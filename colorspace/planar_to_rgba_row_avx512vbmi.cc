@@ -31,9 +31,9 @@ struct PermuteStore {
     return PairedChroma_AVX512(
         _mm512_permutex2var_epi8(own, _mm512_loadu_si512(kSamplePairs.data()), next));
   }
-  template <bool kBgra>
+  template <bool kBgra, bool kStream>
   static void Pixels(__m512i r, __m512i g, __m512i b, uint8_t* dst) {
-    StoreOpaquePixels_AVX512VBMI<kBgra>(r, g, b, dst);
+    StoreOpaquePixels_AVX512VBMI<kBgra, kStream>(r, g, b, dst);
   }
 };
 

@@ -36,7 +36,23 @@ struct YuvToRgbVectors {
   const Lanes8* g_from_u;
   const Lanes8* g_from_v;
   const Lanes8* b_from_u;
+  // The frame streams its rows past the cache (StreamFrameStores). Rows
+  // that have streaming stores use them where `dst` is aligned to their
+  // store width; the bytes written are the same either way.
+  bool stream = false;
 };
+
+// Whether a row writing at `dst` with `align`-byte stores streams them.
+inline bool StreamsTo(const YuvToRgbVectors& v, const void* dst, uintptr_t align) {
+  return v.stream && (reinterpret_cast<uintptr_t>(dst) & (align - 1)) == 0;
+}
+
+// `v` with stores through the cache: for blocks written to a scratch copy
+// that is read straight back.
+inline YuvToRgbVectors CachedStores(YuvToRgbVectors v) {
+  v.stream = false;
+  return v;
+}
 
 // The vectors of BT.709 when `bt709`, else of BT.601.
 inline YuvToRgbVectors YuvToRgbVectorsFor(bool bt709) {

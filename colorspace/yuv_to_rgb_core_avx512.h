@@ -14,6 +14,7 @@
 #include <immintrin.h>
 
 #include "colorspace/yuv_to_rgb_core.h"
+#include "frame/simd_store.h"
 
 namespace qbo {
 // Internal to each including file: the AVX-512 and AVX-512 VBMI files

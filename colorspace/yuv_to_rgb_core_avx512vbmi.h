@@ -36,15 +36,16 @@ inline constexpr std::array<uint8_t, 64> kSecondPixels = PixelIndex(1);
 }  // namespace vbmi_detail
 
 // Stores 32 opaque pixels (B G R A when kBgra, else R G B A) from 16-bit
-// channels in natural order, saturated to bytes.
-template <bool kBgra>
+// channels in natural order, saturated to bytes; with kStream past the
+// cache, to a 64-byte aligned dst.
+template <bool kBgra, bool kStream>
 inline void StoreOpaquePixels_AVX512VBMI(__m512i r, __m512i g, __m512i b, uint8_t* dst) {
   const __m512i c0_c2 = kBgra ? _mm512_packus_epi16(b, r) : _mm512_packus_epi16(r, b);
   const __m512i g_a = _mm512_packus_epi16(g, _mm512_set1_epi16(255));
   const __m512i first = _mm512_loadu_si512(vbmi_detail::kFirstPixels.data());
   const __m512i second = _mm512_loadu_si512(vbmi_detail::kSecondPixels.data());
-  _mm512_storeu_si512(dst, _mm512_permutex2var_epi8(c0_c2, first, g_a));
-  _mm512_storeu_si512(dst + 64, _mm512_permutex2var_epi8(c0_c2, second, g_a));
+  Store64_AVX512<kStream>(dst, _mm512_permutex2var_epi8(c0_c2, first, g_a));
+  Store64_AVX512<kStream>(dst + 64, _mm512_permutex2var_epi8(c0_c2, second, g_a));
 }
 
 }  // namespace

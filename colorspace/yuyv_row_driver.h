@@ -39,8 +39,11 @@ void ConvertYuyvBlocks(const Block& block, const uint8_t* src, uint8_t* dst, int
 // on a padded copy whose pairs past the row repeat the row's last pair, so
 // that pair meets its own chroma as "next", exactly as the reference gives
 // it. Only the row's own bytes are read and written.
-template <class Block>
-void ConvertYuyvRowAny(const Block& block, const uint8_t* src, uint8_t* dst, int width) {
+// `tail` converts the partial last block (the same block, or the one that
+// stores through the cache where `block` streams past it).
+template <class Block, class TailBlock>
+void ConvertYuyvRowAny(const Block& block, const TailBlock& tail, const uint8_t* src,
+                       uint8_t* dst, int width) {
   const int rest = width % Block::kPixels;
   const int whole = width - rest;
   if (rest == 0) {
@@ -57,8 +60,36 @@ void ConvertYuyvRowAny(const Block& block, const uint8_t* src, uint8_t* dst, int
   const int rest_bytes = rest * 2;
   for (int k = 0; k < Block::kPixels / 2 + 1; ++k) std::memcpy(in + 4 * k, src + rest_bytes - 4, 4);
   std::memcpy(in, src, static_cast<std::size_t>(rest_bytes));
-  block.Middle(in, out);
+  tail.Middle(in, out);
   std::memcpy(dst, out, static_cast<std::size_t>(rest * Block::kDstBytesPerPixel));
+}
+
+template <class Block>
+void ConvertYuyvRowAny(const Block& block, const uint8_t* src, uint8_t* dst, int width) {
+  ConvertYuyvRowAny(block, block, src, dst, width);
+}
+
+// Rows whose blocks can store past the cache: `cached` and `streaming` are
+// one block with stores through and past it, and `stream` says which the
+// row's whole blocks use (the frame asked for it and dst is aligned).
+template <class Cached, class Streaming>
+void ConvertYuyvBlocks(const Cached& cached, const Streaming& streaming, bool stream,
+                       const uint8_t* src, uint8_t* dst, int width) {
+  if (stream) {
+    ConvertYuyvBlocks(streaming, src, dst, width);
+  } else {
+    ConvertYuyvBlocks(cached, src, dst, width);
+  }
+}
+
+template <class Cached, class Streaming>
+void ConvertYuyvRowAny(const Cached& cached, const Streaming& streaming, bool stream,
+                       const uint8_t* src, uint8_t* dst, int width) {
+  if (stream) {
+    ConvertYuyvRowAny(streaming, cached, src, dst, width);
+  } else {
+    ConvertYuyvRowAny(cached, cached, src, dst, width);
+  }
 }
 
 }  // namespace qbo

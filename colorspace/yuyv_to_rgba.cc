@@ -6,7 +6,9 @@
 #include "QuillonBufferOperaU.h"
 #include "frame/accel.h"
 #include "frame/accel_paths.h"
+#include "frame/cpu.h"
 #include "frame/kernel_table.h"
+#include "frame/stream_fence.h"
 
 namespace qbo {
 namespace {
@@ -14,17 +16,22 @@ namespace {
 // Destination row j comes from row j / 2 of field (j % 2). A frame is the
 // special case field1 = field0 + pitch with both pitches doubled, which
 // yields source row j for every j. Only rows [begin, end) are converted.
-void ConvertYuyvRows(YuyvToPixelsRowFn row, void* dst, int32_t dst_pitch, const void* field0,
-                     std::ptrdiff_t pitch0, const void* field1, std::ptrdiff_t pitch1,
-                     int32_t width, int32_t height, int32_t bt709, int32_t flip,
-                     int32_t begin = 0, int32_t end = INT32_MAX) {
+void ConvertYuyvRows(YuyvToPixelsRowFn row, int bytes_per_pixel, void* dst, int32_t dst_pitch,
+                     const void* field0, std::ptrdiff_t pitch0, const void* field1,
+                     std::ptrdiff_t pitch1, int32_t width, int32_t height, int32_t bt709,
+                     int32_t flip, int32_t begin = 0, int32_t end = INT32_MAX) {
   // A row is at least one pixel; nothing is written for width or height
   // below 1.
   if (width <= 0 || height <= 0) return;
   if (end > height) end = height;
   // An odd width converts the whole last pair: one pixel more than `width`.
   const int even_width = width + (width & 1);
-  const YuvToRgbVectors vectors = YuvToRgbVectorsFor(bt709 != 0);
+  YuvToRgbVectors vectors = YuvToRgbVectorsFor(bt709 != 0);
+  // The whole frame decides, so every band of a frame split among threads
+  // writes alike; it reads 2 bytes a pixel.
+  vectors.stream = StreamFrameStores(uint64_t{static_cast<uint32_t>(even_width)} *
+                                     static_cast<uint32_t>(height) * (2 + bytes_per_pixel));
+  const StreamFence fence(vectors.stream);
   auto* out = static_cast<uint8_t*>(dst);
   std::ptrdiff_t step = dst_pitch;
   if (flip) {
@@ -40,12 +47,13 @@ void ConvertYuyvRows(YuyvToPixelsRowFn row, void* dst, int32_t dst_pitch, const 
   }
 }
 
-void ConvertYuyvFrame(YuyvToPixelsRowFn row, void* dst, int32_t dst_pitch, const void* src,
-                      int32_t src_pitch, int32_t width, int32_t height, int32_t bt709,
-                      int32_t flip, int32_t begin = 0, int32_t end = INT32_MAX) {
+void ConvertYuyvFrame(YuyvToPixelsRowFn row, int bytes_per_pixel, void* dst, int32_t dst_pitch,
+                      const void* src, int32_t src_pitch, int32_t width, int32_t height,
+                      int32_t bt709, int32_t flip, int32_t begin = 0, int32_t end = INT32_MAX) {
   const std::ptrdiff_t pitch = src_pitch;
-  ConvertYuyvRows(row, dst, dst_pitch, src, 2 * pitch, static_cast<const uint8_t*>(src) + pitch,
-                  2 * pitch, width, height, bt709, flip, begin, end);
+  ConvertYuyvRows(row, bytes_per_pixel, dst, dst_pitch, src, 2 * pitch,
+                  static_cast<const uint8_t*>(src) + pitch, 2 * pitch, width, height, bt709, flip,
+                  begin, end);
 }
 
 // VelaVid's ConvertYUYVToBGRAFrame: eleven word-sized arguments.
@@ -59,7 +67,7 @@ using ConvertYuyvToBgraFrameEntry = intptr_t (*)(intptr_t dst, intptr_t dst_pitc
 void YuyvToBgraFrameRows(void* dst, int32_t dst_pitch, const void* src, int32_t src_pitch,
                          int32_t width, int32_t height, int32_t bt709, int32_t flip,
                          int32_t row_begin, int32_t row_end) {
-  ConvertYuyvFrame(Kernels().colorspace.yuyv_to_bgra_row, dst, dst_pitch, src, src_pitch, width,
+  ConvertYuyvFrame(Kernels().colorspace.yuyv_to_bgra_row, 4, dst, dst_pitch, src, src_pitch, width,
                    height, bt709, flip, row_begin, row_end);
 }
 
@@ -72,7 +80,7 @@ extern "C" {
 QBO_API int32_t QBO_CALLEE QN_CS_YUYV2RGBA_Frame(void* dst, int32_t dst_pitch, const void* src,
                                                  int32_t src_pitch, int32_t width, int32_t height,
                                                  int32_t bt709, int32_t flip) {
-  qbo::ConvertYuyvFrame(Kernels().colorspace.yuyv_to_rgba_row, dst, dst_pitch, src, src_pitch,
+  qbo::ConvertYuyvFrame(Kernels().colorspace.yuyv_to_rgba_row, 4, dst, dst_pitch, src, src_pitch,
                         width, height, bt709, flip);
   return 1;
 }
@@ -86,7 +94,7 @@ QBO_API int32_t QBO_CALLEE QN_CS_YUYV2BGRA_Frame(void* dst, int32_t dst_pitch, c
                                       reinterpret_cast<intptr_t>(src), src_pitch, width, height,
                                       bt709 == 0 ? 1 : 0, 1, 0, 255, flip != 0 ? 1 : 0));
   }
-  qbo::ConvertYuyvFrame(Kernels().colorspace.yuyv_to_bgra_row, dst, dst_pitch, src, src_pitch,
+  qbo::ConvertYuyvFrame(Kernels().colorspace.yuyv_to_bgra_row, 4, dst, dst_pitch, src, src_pitch,
                         width, height, bt709, flip);
   return 1;
 }
@@ -95,22 +103,22 @@ QBO_API void QBO_CALLEE QN_CS_YUYV2RGBA_Compose(void* dst, int32_t dst_pitch, co
                                                 int32_t field0_pitch, const void* field1,
                                                 int32_t field1_pitch, int32_t width, int32_t height,
                                                 int32_t bt709, int32_t flip) {
-  qbo::ConvertYuyvRows(Kernels().colorspace.yuyv_to_rgba_row, dst, dst_pitch, field0, field0_pitch,
-                       field1, field1_pitch, width, height, bt709, flip);
+  qbo::ConvertYuyvRows(Kernels().colorspace.yuyv_to_rgba_row, 4, dst, dst_pitch, field0,
+                       field0_pitch, field1, field1_pitch, width, height, bt709, flip);
 }
 
 QBO_API void QBO_CALLEE QN_CS_YUYV2BGRA_Compose(void* dst, int32_t dst_pitch, const void* field0,
                                                 int32_t field0_pitch, const void* field1,
                                                 int32_t field1_pitch, int32_t width, int32_t height,
                                                 int32_t bt709, int32_t flip) {
-  qbo::ConvertYuyvRows(Kernels().colorspace.yuyv_to_bgra_row, dst, dst_pitch, field0, field0_pitch,
-                       field1, field1_pitch, width, height, bt709, flip);
+  qbo::ConvertYuyvRows(Kernels().colorspace.yuyv_to_bgra_row, 4, dst, dst_pitch, field0,
+                       field0_pitch, field1, field1_pitch, width, height, bt709, flip);
 }
 
 QBO_API int32_t QBO_CALLEE QN_CS_YUYV2RGB_Frame(void* dst, int32_t dst_pitch, const void* src,
                                                 int32_t src_pitch, int32_t width, int32_t height,
                                                 int32_t bt709, int32_t flip) {
-  qbo::ConvertYuyvFrame(Kernels().colorspace.yuyv_to_rgb24_row, dst, dst_pitch, src, src_pitch,
+  qbo::ConvertYuyvFrame(Kernels().colorspace.yuyv_to_rgb24_row, 3, dst, dst_pitch, src, src_pitch,
                         width, height, bt709, flip);
   return 1;
 }
@@ -120,7 +128,7 @@ QBO_API int32_t QBO_CALLEE QN_CS_YUYV2RGB_Frame(void* dst, int32_t dst_pitch, co
 QBO_API int32_t QBO_CALLEE QN_CS_YUYV2BGR_Frame(void* dst, int32_t dst_pitch, const void* src,
                                                 int32_t src_pitch, int32_t width, int32_t height,
                                                 int32_t bt709, int32_t flip) {
-  qbo::ConvertYuyvFrame(Kernels().colorspace.yuyv_to_rgb24_row, dst, dst_pitch, src, src_pitch,
+  qbo::ConvertYuyvFrame(Kernels().colorspace.yuyv_to_rgb24_row, 3, dst, dst_pitch, src, src_pitch,
                         width, height, bt709, flip);
   return 1;
 }

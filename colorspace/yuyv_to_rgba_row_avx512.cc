@@ -29,7 +29,7 @@ void ChromaOf32(__m512i s, __m512i s4, __m512i* du, __m512i* dv) {
       _mm512_mask_shuffle_epi8(_mm512_shuffle_epi8(s, pick_v), fourth_bytes, s4, pick_v));
 }
 
-template <bool kBgra>
+template <bool kBgra, bool kStream>
 struct Yuyv32Block {
   static constexpr int kPixels = 32;
   static constexpr int kDstBytesPerPixel = 4;
@@ -41,8 +41,8 @@ struct Yuyv32Block {
     YuvToRgbChannels_AVX512(_mm512_and_si512(s, _mm512_set1_epi16(0x00FF)), du, dv, k, &r, &g,
                             &b);
     PackOpaquePixels_AVX512<kBgra>(r, g, b, &first, &second);
-    _mm512_storeu_si512(dst, first);
-    _mm512_storeu_si512(dst + 64, second);
+    Store64_AVX512<kStream>(dst, first);
+    Store64_AVX512<kStream>(dst + 64, second);
   }
   // s4 takes the pair after the block into its last dword.
   void Middle(const uint8_t* src, uint8_t* dst) const {
@@ -68,16 +68,20 @@ struct Yuyv32Block {
 
 }  // namespace
 
-#define QBO_DEFINE_YUYV_ROWS_AVX512(Name, Block)                                                  \
+#define QBO_DEFINE_YUYV_ROWS_AVX512(Name, kBgra)                                                  \
   void Name##_AVX512(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {     \
-    ConvertYuyvBlocks(Block{LoadYuvToRgbRegs_AVX512(*v)}, src, dst, width);                       \
+    const YuvToRgbRegs_AVX512 k = LoadYuvToRgbRegs_AVX512(*v);                                    \
+    ConvertYuyvBlocks(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},                  \
+                      StreamsTo(*v, dst, 64), src, dst, width);                                   \
   }                                                                                               \
   void Name##_Any_AVX512(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) { \
-    ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_AVX512(*v)}, src, dst, width);                       \
+    const YuvToRgbRegs_AVX512 k = LoadYuvToRgbRegs_AVX512(*v);                                    \
+    ConvertYuyvRowAny(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},                  \
+                      StreamsTo(*v, dst, 64), src, dst, width);                                   \
   }
 
-QBO_DEFINE_YUYV_ROWS_AVX512(YuyvToRgbaRow, Yuyv32Block<false>)
-QBO_DEFINE_YUYV_ROWS_AVX512(YuyvToBgraRow, Yuyv32Block<true>)
+QBO_DEFINE_YUYV_ROWS_AVX512(YuyvToRgbaRow, false)
+QBO_DEFINE_YUYV_ROWS_AVX512(YuyvToBgraRow, true)
 
 #undef QBO_DEFINE_YUYV_ROWS_AVX512
 

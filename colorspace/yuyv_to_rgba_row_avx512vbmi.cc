@@ -42,7 +42,7 @@ constexpr ByteIndex kUPairsAtEnd = ChromaIndex(1, true), kVPairsAtEnd = ChromaIn
 
 inline __m512i Load(const ByteIndex& index) { return _mm512_loadu_si512(index.data()); }
 
-template <bool kBgra>
+template <bool kBgra, bool kStream>
 struct Yuyv32Block {
   static constexpr int kPixels = 32;
   static constexpr int kDstBytesPerPixel = 4;
@@ -56,7 +56,7 @@ struct Yuyv32Block {
     __m512i r, g, b;
     YuvToRgbChannels_AVX512(_mm512_and_si512(s, _mm512_set1_epi16(0x00FF)), du, dv, k, &r, &g,
                             &b);
-    StoreOpaquePixels_AVX512VBMI<kBgra>(r, g, b, dst);
+    StoreOpaquePixels_AVX512VBMI<kBgra, kStream>(r, g, b, dst);
   }
   // The pair after the block in the low dword of the second register.
   void Middle(const uint8_t* src, uint8_t* dst) const {
@@ -74,18 +74,22 @@ struct Yuyv32Block {
 
 }  // namespace
 
-#define QBO_DEFINE_YUYV_ROWS_AVX512VBMI(Name, Block)                                        \
+#define QBO_DEFINE_YUYV_ROWS_AVX512VBMI(Name, kBgra)                                        \
   void Name##_AVX512VBMI(const uint8_t* src, uint8_t* dst, int width,                       \
                          const YuvToRgbVectors* v) {                                        \
-    ConvertYuyvBlocks(Block{LoadYuvToRgbRegs_AVX512(*v)}, src, dst, width);                 \
+    const YuvToRgbRegs_AVX512 k = LoadYuvToRgbRegs_AVX512(*v);                              \
+    ConvertYuyvBlocks(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},            \
+                      StreamsTo(*v, dst, 64), src, dst, width);                             \
   }                                                                                         \
   void Name##_Any_AVX512VBMI(const uint8_t* src, uint8_t* dst, int width,                   \
                              const YuvToRgbVectors* v) {                                    \
-    ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_AVX512(*v)}, src, dst, width);                 \
+    const YuvToRgbRegs_AVX512 k = LoadYuvToRgbRegs_AVX512(*v);                              \
+    ConvertYuyvRowAny(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},            \
+                      StreamsTo(*v, dst, 64), src, dst, width);                             \
   }
 
-QBO_DEFINE_YUYV_ROWS_AVX512VBMI(YuyvToRgbaRow, Yuyv32Block<false>)
-QBO_DEFINE_YUYV_ROWS_AVX512VBMI(YuyvToBgraRow, Yuyv32Block<true>)
+QBO_DEFINE_YUYV_ROWS_AVX512VBMI(YuyvToRgbaRow, false)
+QBO_DEFINE_YUYV_ROWS_AVX512VBMI(YuyvToBgraRow, true)
 
 #undef QBO_DEFINE_YUYV_ROWS_AVX512VBMI
 

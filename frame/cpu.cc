@@ -88,4 +88,13 @@ const CpuFeatures& Cpu() {
   return features;
 }
 
+std::size_t StreamStoresAbove() {
+  static const std::size_t bytes = [] {
+    constexpr std::size_t kMb = std::size_t{1} << 20;
+    const std::size_t llc = Cpu().last_level_cache;
+    return llc == 0 ? 8 * kMb : llc < 32 * kMb ? llc : 32 * kMb;
+  }();
+  return bytes;
+}
+
 }  // namespace qbo

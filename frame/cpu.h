@@ -3,6 +3,7 @@
 #define QBO_FRAME_CPU_H_
 
 #include <cstddef>
+#include <cstdint>
 
 namespace qbo {
 
@@ -27,6 +28,20 @@ CpuFeatures DetectCpu();
 
 // DetectCpu() of this machine, run once.
 const CpuFeatures& Cpu();
+
+// Bytes of cache one core's work can count on, past which stores had
+// better bypass it: a frame bigger than this evicts everything and is
+// itself gone before anyone reads it. The last level CPUID describes, at
+// most 32 MB (one L3 slice of current parts; a virtual machine may report
+// a whole socket's), 8 MB where CPUID describes none.
+std::size_t StreamStoresAbove();
+
+// Whether a frame conversion that reads and writes `bytes` in all should
+// write its rows with streaming stores: past half the budget its own
+// stores evict the source rows it reads again (a 4:2:0 chroma row serves
+// four frame rows), and the frame is gone from the cache before the next
+// step reads it. Smaller frames stay in the cache for that next step.
+inline bool StreamFrameStores(uint64_t bytes) { return bytes > StreamStoresAbove() / 2; }
 
 }  // namespace qbo
 

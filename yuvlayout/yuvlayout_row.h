@@ -58,6 +58,10 @@ namespace qbo {
 
 struct ChromaBlend {
   uint16_t wa, wb;  // eighths, wa + wb == 8
+  // The frame streams its rows past the cache: Yuv420ToYuyvRow uses
+  // streaming stores where dst is aligned to its store width (the other
+  // rows ignore it). The bytes are the same either way.
+  bool stream = false;
 };
 
 struct ChromaTaps {

@@ -3,6 +3,7 @@
 // of the memory they move.
 #include <immintrin.h>
 
+#include "frame/simd_store.h"
 #include "yuvlayout/yuvlayout_row.h"
 
 namespace qbo {
@@ -22,7 +23,7 @@ inline __m512i ChromaRow(const uint8_t* u, const uint8_t* v) {
       _mm256_loadu_si256(reinterpret_cast<const __m256i*>(v)), 1);
 }
 
-template <bool kQuarters>
+template <bool kQuarters, bool kStream>
 void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
                      const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
   const __m512i weights = _mm512_set1_epi16(static_cast<int16_t>(w->wa | (w->wb << 8)));
@@ -50,8 +51,8 @@ void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const ui
     const __m512i chroma =
         _mm512_shuffle_epi8(_mm512_permutexvar_epi32(chroma_order, mixed), interleave);
     const __m512i luma = _mm512_permutexvar_epi64(luma_order, _mm512_loadu_si512(y + x));
-    _mm512_storeu_si512(dst + 2 * x, _mm512_unpacklo_epi8(luma, chroma));
-    _mm512_storeu_si512(dst + 2 * x + 64, _mm512_unpackhi_epi8(luma, chroma));
+    Store64_AVX512<kStream>(dst + 2 * x, _mm512_unpacklo_epi8(luma, chroma));
+    Store64_AVX512<kStream>(dst + 2 * x + 64, _mm512_unpackhi_epi8(luma, chroma));
   }
 }
 
@@ -72,8 +73,11 @@ void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const ui
 // floor((n + 1) / 2), as s / 4 lies in [n, n + 1).
 void Yuv420ToYuyvRow_AVX512(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
                             const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
-  (IsQuarterMix(*w) ? Yuv420ToYuyvRow<true> : Yuv420ToYuyvRow<false>)(dst, y, ua, ub, va, vb,
-                                                                       width, w);
+  const bool stream = w->stream && (reinterpret_cast<uintptr_t>(dst) & 63) == 0;
+  const bool quarters = IsQuarterMix(*w);
+  (stream ? (quarters ? Yuv420ToYuyvRow<true, true> : Yuv420ToYuyvRow<false, true>)
+          : (quarters ? Yuv420ToYuyvRow<true, false> : Yuv420ToYuyvRow<false, false>))(
+      dst, y, ua, ub, va, vb, width, w);
 }
 
 // The tail goes through the AVX2 Any row, which finishes with the reference.

@@ -301,7 +301,10 @@ std::vector<Row> Rows() {
        }},
       {"yuv420_to_yuyv", 64,
        [](K k, int w, Io& io) {
-         const ChromaBlend cw{static_cast<uint16_t>(w % 9), static_cast<uint16_t>(8 - w % 9)};
+         // Every third width streams its stores (where the skew leaves
+         // the destination aligned; the others fall back to cached ones).
+         const ChromaBlend cw{static_cast<uint16_t>(w % 9), static_cast<uint16_t>(8 - w % 9),
+                              w % 3 == 0};
          const uint8_t* y = io.Src(w & ~1);
          const uint8_t *ua = io.Src(w / 2), *ub = io.Src(w / 2), *va = io.Src(w / 2), *vb = io.Src(w / 2);
          k.yuvlayout.yuv420_to_yuyv(io.Dst(2 * (w & ~1)), y, ua, ub, va, vb, w, &cw);
@@ -322,7 +325,8 @@ std::vector<Row> Rows() {
   // The YUV to RGB rows: both standards, every output order.
   for (int bt709 : {0, 1}) {
     rows.push_back({bt709 ? "yuyv_to_pixels 709" : "yuyv_to_pixels 601", 32, [bt709](K k, int w, Io& io) {
-                      const YuvToRgbVectors v = YuvToRgbVectorsFor(bt709);
+                      YuvToRgbVectors v = YuvToRgbVectorsFor(bt709);
+                      v.stream = w % 3 == 0;  // as yuv420_to_yuyv
                       const int even = (w + 1) & ~1;
                       if (even == 0) return;
                       const uint8_t* s = io.Src(2 * even);
@@ -331,7 +335,8 @@ std::vector<Row> Rows() {
                       k.colorspace.yuyv_to_rgb24_row(s, io.Dst(3 * even), even, &v);
                     }});
     rows.push_back({bt709 ? "planar_to_pixels 709" : "planar_to_pixels 601", 64, [bt709](K k, int w, Io& io) {
-                      const YuvToRgbVectors v = YuvToRgbVectorsFor(bt709);
+                      YuvToRgbVectors v = YuvToRgbVectorsFor(bt709);
+                      v.stream = w % 3 == 0;  // as yuv420_to_yuyv
                       if (w == 0) return;
                       const uint8_t* y = io.Src(w);
                       const uint8_t* u = io.Src((w + 1) / 2);
