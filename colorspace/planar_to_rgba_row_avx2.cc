@@ -4,6 +4,7 @@
 
 #include "colorspace/planar_to_rgba_row.h"
 #include "colorspace/yuv_to_rgb_core_avx2.h"
+#include "frame/simd_store.h"
 
 namespace qbo {
 
@@ -38,29 +39,30 @@ SplitChroma LoadSplitChroma(const uint8_t* c) {
   return {_mm256_unpacklo_epi16(even, odd), _mm256_unpackhi_epi16(even, odd)};
 }
 
-template <bool kBgra>
+template <bool kBgra, bool kStream>
 void StoreSplitPixels(uint8_t* dst, __m256i luma, __m256i du, __m256i dv,
                       const YuvToRgbRegs_AVX2& regs) {
   __m256i first, second;
   YuvToPixels16_AVX2<kBgra>(luma, du, dv, regs, &first, &second);
-  _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), first);
-  _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + 64), second);
+  Store32_AVX2<kStream>(dst, first);
+  Store32_AVX2<kStream>(dst + 64, second);
 }
 
 // 32 pixels a step; the samples of the next pairs are u[1..16], where
 // u[16] opens the next block and is present by contract. A trailing 16 are
 // done as a half step through the same arithmetic in natural order.
-template <bool kBgra>
-void PlanarToPixelsRow(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                       int width, const YuvToRgbVectors& vectors) {
-  const YuvToRgbRegs_AVX2 regs = LoadYuvToRgbRegs_AVX2(vectors);
+// With kStream the stores go past the cache, and dst is 32-byte aligned.
+template <bool kBgra, bool kStream>
+void PlanarToPixelsBlocks(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
+                          int width, const YuvToRgbRegs_AVX2& regs) {
   const __m256i zero = _mm256_setzero_si256();
   int x = 0;
   for (; x + 32 <= width; x += 32, dst += 128, y += 32, u += 16, v += 16) {
     const SplitChroma du = LoadSplitChroma(u), dv = LoadSplitChroma(v);
     const __m256i luma = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(y));
-    StoreSplitPixels<kBgra>(dst, _mm256_unpacklo_epi8(luma, zero), du.a, dv.a, regs);
-    StoreSplitPixels<kBgra>(dst + 32, _mm256_unpackhi_epi8(luma, zero), du.b, dv.b, regs);
+    StoreSplitPixels<kBgra, kStream>(dst, _mm256_unpacklo_epi8(luma, zero), du.a, dv.a, regs);
+    StoreSplitPixels<kBgra, kStream>(dst + 32, _mm256_unpackhi_epi8(luma, zero), du.b, dv.b,
+                                     regs);
   }
   if (x < width) {
     // Natural order: U0 V0 .. U7 V7 widened across the register.
@@ -72,9 +74,17 @@ void PlanarToPixelsRow(uint8_t* dst, const uint8_t* y, const uint8_t* u, const u
     __m256i du, dv, first, second;
     PixelChroma_AVX2(words(u, v), words(u + 1, v + 1), &du, &dv);
     YuvToPixels16_AVX2<kBgra>(_mm256_cvtepu8_epi16(Load16(y)), du, dv, regs, &first, &second);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), first);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + 32), second);
+    Store32_AVX2<kStream>(dst, first);
+    Store32_AVX2<kStream>(dst + 32, second);
   }
+}
+
+template <bool kBgra>
+void PlanarToPixelsRow(uint8_t* dst, const uint8_t* y, const uint8_t* u, const uint8_t* v,
+                       int width, const YuvToRgbVectors& vectors) {
+  const YuvToRgbRegs_AVX2 regs = LoadYuvToRgbRegs_AVX2(vectors);
+  (StreamsTo(vectors, dst, 32) ? PlanarToPixelsBlocks<kBgra, true>
+                               : PlanarToPixelsBlocks<kBgra, false>)(dst, y, u, v, width, regs);
 }
 
 }  // namespace

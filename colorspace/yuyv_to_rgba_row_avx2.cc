@@ -3,12 +3,12 @@
 #include "colorspace/yuv_to_rgb_core_avx2.h"
 #include "colorspace/yuyv_row_driver.h"
 #include "colorspace/yuyv_to_rgba_row.h"
+#include "frame/simd_store.h"
 
 namespace qbo {
 namespace {
 
 __m256i Load(const uint8_t* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
-void Store(uint8_t* p, __m256i v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
 
 // Scaled chroma of sixteen pixels straight from the YUYV bytes. With
 // s = the block, s2 = the block one pixel on, s4 = one pair on, pair k's
@@ -49,7 +49,7 @@ void ShiftedLast(__m256i s, __m256i* s2, __m256i* s4) {
   *s2 = _mm256_alignr_epi8(entering, s, 2);
 }
 
-template <bool kBgra>
+template <bool kBgra, bool kStream>
 struct Yuyv32Block {
   static constexpr int kPixels = 16;
   static constexpr int kDstBytesPerPixel = 4;
@@ -60,8 +60,8 @@ struct Yuyv32Block {
     ChromaOf16(s, s2, s4, &du, &dv);
     PixelsOf16(s, du, dv, k, &r, &g, &b);
     PackOpaquePixels_AVX2<kBgra>(r, g, b, &first, &second);
-    Store(dst, first);
-    Store(dst + 32, second);
+    Store32_AVX2<kStream>(dst, first);
+    Store32_AVX2<kStream>(dst + 32, second);
   }
   void Middle(const uint8_t* src, uint8_t* dst) const {
     Convert(Load(src), Load(src + 2), Load(src + 4), dst);
@@ -119,10 +119,24 @@ struct Yuyv24Block {
     ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                       \
   }
 
-QBO_DEFINE_YUYV_ROWS_AVX2(YuyvToRgbaRow, Yuyv32Block<false>)
-QBO_DEFINE_YUYV_ROWS_AVX2(YuyvToBgraRow, Yuyv32Block<true>)
+// The 32-bit rows stream their whole blocks where the frame asks for it.
+#define QBO_DEFINE_YUYV_STREAMING_ROWS_AVX2(Name, kBgra)                                        \
+  void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {     \
+    const YuvToRgbRegs_AVX2 k = LoadYuvToRgbRegs_AVX2(*v);                                      \
+    ConvertYuyvBlocks(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},                \
+                      StreamsTo(*v, dst, 32), src, dst, width);                                 \
+  }                                                                                             \
+  void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) { \
+    const YuvToRgbRegs_AVX2 k = LoadYuvToRgbRegs_AVX2(*v);                                      \
+    ConvertYuyvRowAny(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},                \
+                      StreamsTo(*v, dst, 32), src, dst, width);                                 \
+  }
+
+QBO_DEFINE_YUYV_STREAMING_ROWS_AVX2(YuyvToRgbaRow, false)
+QBO_DEFINE_YUYV_STREAMING_ROWS_AVX2(YuyvToBgraRow, true)
 QBO_DEFINE_YUYV_ROWS_AVX2(YuyvToRgb24Row, Yuyv24Block)
 
+#undef QBO_DEFINE_YUYV_STREAMING_ROWS_AVX2
 #undef QBO_DEFINE_YUYV_ROWS_AVX2
 
 }  // namespace qbo

@@ -4,6 +4,7 @@
 // end up and how they are put back in order.
 #include <immintrin.h>
 
+#include "frame/simd_store.h"
 #include "yuvlayout/yuvlayout_row.h"
 
 namespace qbo {
@@ -117,7 +118,7 @@ void BlendChromaRow_AVX2(uint8_t* dst, const uint8_t* a, const uint8_t* b, int c
 
 namespace {
 
-template <bool kQuarters>
+template <bool kQuarters, bool kStream>
 void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
                      const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
   const __m256i weights = BlendWeights(w);
@@ -133,8 +134,8 @@ void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const ui
     const __m256i chroma =
         _mm256_shuffle_epi8(_mm256_permutevar8x32_epi32(mixed, chroma_order), interleave);
     const __m256i luma = _mm256_permute4x64_epi64(Load(y + x), kQwordOrder0213);
-    Store(dst + 2 * x, _mm256_unpacklo_epi8(luma, chroma));
-    Store(dst + 2 * x + 32, _mm256_unpackhi_epi8(luma, chroma));
+    Store32_AVX2<kStream>(dst + 2 * x, _mm256_unpacklo_epi8(luma, chroma));
+    Store32_AVX2<kStream>(dst + 2 * x + 32, _mm256_unpackhi_epi8(luma, chroma));
   }
 }
 
@@ -149,8 +150,11 @@ void Yuv420ToYuyvRow(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const ui
 // the luma are the output in order.
 void Yuv420ToYuyvRow_AVX2(uint8_t* dst, const uint8_t* y, const uint8_t* ua, const uint8_t* ub,
                           const uint8_t* va, const uint8_t* vb, int width, const ChromaBlend* w) {
-  (IsQuarterMix(*w) ? Yuv420ToYuyvRow<true> : Yuv420ToYuyvRow<false>)(dst, y, ua, ub, va, vb,
-                                                                       width, w);
+  const bool stream = w->stream && (reinterpret_cast<uintptr_t>(dst) & 31) == 0;
+  const bool quarters = IsQuarterMix(*w);
+  (stream ? (quarters ? Yuv420ToYuyvRow<true, true> : Yuv420ToYuyvRow<false, true>)
+          : (quarters ? Yuv420ToYuyvRow<true, false> : Yuv420ToYuyvRow<false, false>))(
+      dst, y, ua, ub, va, vb, width, w);
 }
 
 void YuyvToLumaRow_AVX2(uint8_t* dst_y, const uint8_t* src, int width) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "QuillonBufferOperaU.h"
+#include "frame/cpu.h"
 #include "tests/fakes/fake_vela.h"
 #include "tests/support/fake_vela_vid.h"
 #include "tests/support/test_support.h"
@@ -276,6 +277,53 @@ TEST(Properties, ScaleOneIsTheIdentity) {
     ASSERT_EQ(QN_Re8Sampling(out.data(), 37, 23, src.data(), 37, 23), 1);
     EXPECT_EQ(out, src) << "8 taps";
   });
+}
+
+// Frames past half the cache budget write their rows with streaming stores
+// where a row is aligned for them. The pitches below leave every other row
+// off the 64-byte grid, and the width a partial last block; every level
+// must still write what the reference writes, padding untouched.
+TEST(Properties, FramesPastTheCacheWriteTheReferenceBytes) {
+  const int w = 2000;
+  // Every job reads and writes at least 3.5 bytes a pixel: past half the
+  // budget with a fifth of it in pixels.
+  const int h = static_cast<int>(StreamStoresAbove() / (5 * w)) / 2 * 2 + 2;
+  const std::size_t px = static_cast<std::size_t>(w) * h;
+  const std::vector<uint8_t> yuyv = RandomBytes(2 * px, 7), y = RandomBytes(px, 8);
+  const std::vector<uint8_t> u = RandomBytes(px / 4, 9), v = RandomBytes(px / 4, 10);
+  struct Job {
+    const char* name;
+    int32_t pitch;
+    std::function<void(uint8_t*, int32_t)> run;
+  };
+  const Job jobs[] = {
+      {"yuyv->rgba", 4 * w + 32,
+       [&](uint8_t* d, int32_t p) { QN_CS_YUYV2RGBA_Frame(d, p, yuyv.data(), 2 * w, w, h, 0, 0); }},
+      {"420->bgra", 4 * w + 32,
+       [&](uint8_t* d, int32_t p) {
+         QN_CS_YUV420_BGRA_Frame(d, p, y.data(), w, u.data(), w / 2, v.data(), w / 2, w, h, 1, 1);
+       }},
+      {"420->yuyv", 2 * w + 32,
+       [&](uint8_t* d, int32_t p) {
+         QN_CS_420_422_YUVFrame(d, p, y.data(), w, u.data(), w / 2, v.data(), w / 2, w, h);
+       }},
+  };
+  for (const Job& job : jobs) {
+    SCOPED_TRACE(job.name);
+    const std::size_t size = static_cast<std::size_t>(job.pitch) * h;
+    std::vector<uint8_t> want;
+    ForEachLevel([&](KernelLevel level) {
+      GuardedBuffer out(size);
+      std::memset(out.data(), 0x5A, size);
+      job.run(out.data(), job.pitch);
+      ASSERT_TRUE(out.GuardsIntact());
+      if (level == KernelLevel::kC) {
+        want.assign(out.data(), out.data() + size);
+      } else {
+        ASSERT_TRUE(std::equal(want.begin(), want.end(), out.data()));
+      }
+    });
+  }
 }
 
 TEST(Properties, SplitThenComposeGivesTheFrameBack) {
