@@ -24,6 +24,8 @@
 //     times then wr four times (SpreadBilinearWeights), wl + wr = 65535;
 //     every v lane <= 511 (as the vertical pass leaves it). Writes `width`
 //     pixels of dst. _SSE2 takes width % 4 == 0, _AVX2 width % 8 == 0.
+//   BilinearHorizRowStream: the same bytes, the stores past the cache
+//     where dst is aligned for them.
 #ifndef QBO_BLIT_BILINEAR_ROW_H_
 #define QBO_BLIT_BILINEAR_ROW_H_
 
@@ -63,6 +65,8 @@ void BilinearHorizRow_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
                            const uint16_t* weights, std::size_t width);
 void BilinearHorizRow_Any_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
                                const uint16_t* weights, std::size_t width);
+void BilinearHorizRowStream_Any_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
+                                     const uint16_t* weights, std::size_t width);
 
 // The eight lanes of one pixel's column weights: the left weight wl four
 // times, then 65535 - wl four times, laid out once per call so the rows

@@ -1,6 +1,7 @@
 #include <immintrin.h>
 
 #include "blit/bilinear_row.h"
+#include "frame/simd_store.h"
 
 namespace qbo {
 
@@ -47,8 +48,11 @@ inline __m256i LoadPixelPair(const uint16_t* v, int32_t c0, int32_t c1) {
 // sums, lane 0 holds pixels 0, 2 (and 4, 6) and lane 1 pixels 1, 3 (5, 7);
 // the pack interleaves them as 0 2 4 6 | 1 3 5 7 and the permute restores
 // the order.
-void BilinearHorizRow_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
-                           const uint16_t* weights, std::size_t width) {
+namespace {
+
+template <bool kStream>
+void BilinearHorizRow(uint8_t* dst, const uint16_t* v, const int32_t* cols,
+                      const uint16_t* weights, std::size_t width) {
   const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
   for (std::size_t i = 0; i < width; i += 8) {
     const __m256i* w = reinterpret_cast<const __m256i*>(weights + 8 * i);
@@ -58,15 +62,33 @@ void BilinearHorizRow_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
     const __m256i d = _mm256_mulhi_epu16(LoadPixelPair(v, cols[i + 6], cols[i + 7]), _mm256_loadu_si256(w + 3));
     const __m256i ab = _mm256_adds_epu16(_mm256_unpacklo_epi64(a, b), _mm256_unpackhi_epi64(a, b));
     const __m256i cd = _mm256_adds_epu16(_mm256_unpacklo_epi64(c, d), _mm256_unpackhi_epi64(c, d));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + i * 4),
-                        _mm256_permutevar8x32_epi32(_mm256_packus_epi16(ab, cd), order));
+    Store32_AVX2<kStream>(dst + i * 4,
+                          _mm256_permutevar8x32_epi32(_mm256_packus_epi16(ab, cd), order));
   }
+}
+
+}  // namespace
+
+void BilinearHorizRow_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
+                           const uint16_t* weights, std::size_t width) {
+  BilinearHorizRow<false>(dst, v, cols, weights, width);
 }
 
 void BilinearHorizRow_Any_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
                                const uint16_t* weights, std::size_t width) {
   const std::size_t whole = width & ~std::size_t{7};
   if (whole) BilinearHorizRow_AVX2(dst, v, cols, weights, whole);
+  BilinearHorizRow_Any_SSE2(dst + whole * 4, v, cols + whole, weights + 8 * whole, width - whole);
+}
+
+void BilinearHorizRowStream_Any_AVX2(uint8_t* dst, const uint16_t* v, const int32_t* cols,
+                                     const uint16_t* weights, std::size_t width) {
+  const std::size_t whole = width & ~std::size_t{7};
+  if (whole) {
+    ((reinterpret_cast<uintptr_t>(dst) & 31) == 0 ? BilinearHorizRow<true>
+                                                  : BilinearHorizRow<false>)(dst, v, cols,
+                                                                             weights, whole);
+  }
   BilinearHorizRow_Any_SSE2(dst + whole * 4, v, cols + whole, weights + 8 * whole, width - whole);
 }
 

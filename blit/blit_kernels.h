@@ -14,6 +14,9 @@ struct BlitKernels {
   BlendRowFn blend_over_inverted = nullptr;
   BilinearVertRowFn bilinear_vert = nullptr;
   BilinearHorizRowFn bilinear_horiz = nullptr;
+  // The same bytes with stores past the cache (where the level has them),
+  // for a frame past the cache budget (StreamFrameStores).
+  BilinearHorizRowFn bilinear_horiz_stream = nullptr;
   MeanVertRowFn mean_vert = nullptr;
   MeanHorizRowFn mean_horiz = nullptr;
   YuyvExpandRowFn yuyv_expand = nullptr;

@@ -279,10 +279,11 @@ TEST(Properties, ScaleOneIsTheIdentity) {
   });
 }
 
-// Frames past half the cache budget write their rows with streaming stores
-// where a row is aligned for them. The pitches below leave every other row
-// off the 64-byte grid, and the width a partial last block; every level
-// must still write what the reference writes, padding untouched.
+// Frames past half the cache budget (stretches past a sixteenth of it)
+// write their rows with streaming stores where a row is aligned for them.
+// The pitches below leave every other row off the 64-byte grid, and the
+// width a partial last block; every level must still write what the
+// reference writes, padding untouched.
 TEST(Properties, FramesPastTheCacheWriteTheReferenceBytes) {
   const int w = 2000;
   // Every job reads and writes at least 3.5 bytes a pixel: past half the
@@ -296,7 +297,14 @@ TEST(Properties, FramesPastTheCacheWriteTheReferenceBytes) {
     int32_t pitch;
     std::function<void(uint8_t*, int32_t)> run;
   };
+  // The YUYV bytes as 1000 x (h / 2) 32-bit pixels, stretched to 2008
+  // pixels a row (a pitch off the grid every other row) and h / 2 rows.
+  const int32_t sw = 1000, sh = h / 2, dw = 2008;
   const Job jobs[] = {
+      {"stretch", 4 * dw,
+       [&](uint8_t* d, int32_t) {
+         QN_StretchBlt(d, 0, 0, dw - 7, sh, dw, h, yuyv.data(), 0, 0, sw, sh, sw, sh, 1, 0);
+       }},
       {"yuyv->rgba", 4 * w + 32,
        [&](uint8_t* d, int32_t p) { QN_CS_YUYV2RGBA_Frame(d, p, yuyv.data(), 2 * w, w, h, 0, 0); }},
       {"420->bgra", 4 * w + 32,

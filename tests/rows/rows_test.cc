@@ -175,6 +175,7 @@ std::vector<Row> Rows() {
          uint16_t* weights = io.Values<uint16_t>(8 * w, [](uint32_t) { return uint16_t(0); });
          for (int i = 0; i < w; ++i) SpreadBilinearWeights(weights + 8 * i, io.Next() % 65536);
          k.blit.bilinear_horiz(io.Dst(4 * w), v, cols, weights, w);
+         k.blit.bilinear_horiz_stream(io.Dst(4 * w), v, cols, weights, w);
        }},
       {"mean_vert", 32,
        [](K k, int w, Io& io) {
