@@ -92,6 +92,22 @@ void ConvertYuyvRowAny(const Cached& cached, const Streaming& streaming, bool st
   }
 }
 
+// The two exported 32-bit rows Name##_<Level> and Name##_Any_<Level> of a
+// level whose blocks can stream: `Block<kBgra, kStream>{regs}` with regs
+// of type `Regs` from Load##Regs, its stores `kAlign` bytes wide.
+#define QBO_DEFINE_STREAMING_YUYV_ROWS(Name, Level, Block, kBgra, Regs, kAlign)                \
+  void Name##_##Level(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) { \
+    const Regs k = Load##Regs(*v);                                                             \
+    ConvertYuyvBlocks(Block<kBgra, false>{k}, Block<kBgra, true>{k},                           \
+                      StreamsTo(*v, dst, kAlign), src, dst, width);                            \
+  }                                                                                            \
+  void Name##_Any_##Level(const uint8_t* src, uint8_t* dst, int width,                         \
+                          const YuvToRgbVectors* v) {                                          \
+    const Regs k = Load##Regs(*v);                                                             \
+    ConvertYuyvRowAny(Block<kBgra, false>{k}, Block<kBgra, true>{k},                           \
+                      StreamsTo(*v, dst, kAlign), src, dst, width);                            \
+  }
+
 }  // namespace qbo
 
 #endif  // QBO_COLORSPACE_YUYV_ROW_DRIVER_H_

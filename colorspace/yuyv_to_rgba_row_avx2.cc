@@ -119,24 +119,10 @@ struct Yuyv24Block {
     ConvertYuyvRowAny(Block{LoadYuvToRgbRegs_AVX2(*v)}, src, dst, width);                       \
   }
 
-// The 32-bit rows stream their whole blocks where the frame asks for it.
-#define QBO_DEFINE_YUYV_STREAMING_ROWS_AVX2(Name, kBgra)                                        \
-  void Name##_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {     \
-    const YuvToRgbRegs_AVX2 k = LoadYuvToRgbRegs_AVX2(*v);                                      \
-    ConvertYuyvBlocks(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},                \
-                      StreamsTo(*v, dst, 32), src, dst, width);                                 \
-  }                                                                                             \
-  void Name##_Any_AVX2(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) { \
-    const YuvToRgbRegs_AVX2 k = LoadYuvToRgbRegs_AVX2(*v);                                      \
-    ConvertYuyvRowAny(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},                \
-                      StreamsTo(*v, dst, 32), src, dst, width);                                 \
-  }
-
-QBO_DEFINE_YUYV_STREAMING_ROWS_AVX2(YuyvToRgbaRow, false)
-QBO_DEFINE_YUYV_STREAMING_ROWS_AVX2(YuyvToBgraRow, true)
+QBO_DEFINE_STREAMING_YUYV_ROWS(YuyvToRgbaRow, AVX2, Yuyv32Block, false, YuvToRgbRegs_AVX2, 32)
+QBO_DEFINE_STREAMING_YUYV_ROWS(YuyvToBgraRow, AVX2, Yuyv32Block, true, YuvToRgbRegs_AVX2, 32)
 QBO_DEFINE_YUYV_ROWS_AVX2(YuyvToRgb24Row, Yuyv24Block)
 
-#undef QBO_DEFINE_YUYV_STREAMING_ROWS_AVX2
 #undef QBO_DEFINE_YUYV_ROWS_AVX2
 
 }  // namespace qbo

@@ -68,21 +68,7 @@ struct Yuyv32Block {
 
 }  // namespace
 
-#define QBO_DEFINE_YUYV_ROWS_AVX512(Name, kBgra)                                                  \
-  void Name##_AVX512(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) {     \
-    const YuvToRgbRegs_AVX512 k = LoadYuvToRgbRegs_AVX512(*v);                                    \
-    ConvertYuyvBlocks(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},                  \
-                      StreamsTo(*v, dst, 64), src, dst, width);                                   \
-  }                                                                                               \
-  void Name##_Any_AVX512(const uint8_t* src, uint8_t* dst, int width, const YuvToRgbVectors* v) { \
-    const YuvToRgbRegs_AVX512 k = LoadYuvToRgbRegs_AVX512(*v);                                    \
-    ConvertYuyvRowAny(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},                  \
-                      StreamsTo(*v, dst, 64), src, dst, width);                                   \
-  }
-
-QBO_DEFINE_YUYV_ROWS_AVX512(YuyvToRgbaRow, false)
-QBO_DEFINE_YUYV_ROWS_AVX512(YuyvToBgraRow, true)
-
-#undef QBO_DEFINE_YUYV_ROWS_AVX512
+QBO_DEFINE_STREAMING_YUYV_ROWS(YuyvToRgbaRow, AVX512, Yuyv32Block, false, YuvToRgbRegs_AVX512, 64)
+QBO_DEFINE_STREAMING_YUYV_ROWS(YuyvToBgraRow, AVX512, Yuyv32Block, true, YuvToRgbRegs_AVX512, 64)
 
 }  // namespace qbo

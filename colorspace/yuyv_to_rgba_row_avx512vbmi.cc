@@ -74,23 +74,9 @@ struct Yuyv32Block {
 
 }  // namespace
 
-#define QBO_DEFINE_YUYV_ROWS_AVX512VBMI(Name, kBgra)                                        \
-  void Name##_AVX512VBMI(const uint8_t* src, uint8_t* dst, int width,                       \
-                         const YuvToRgbVectors* v) {                                        \
-    const YuvToRgbRegs_AVX512 k = LoadYuvToRgbRegs_AVX512(*v);                              \
-    ConvertYuyvBlocks(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},            \
-                      StreamsTo(*v, dst, 64), src, dst, width);                             \
-  }                                                                                         \
-  void Name##_Any_AVX512VBMI(const uint8_t* src, uint8_t* dst, int width,                   \
-                             const YuvToRgbVectors* v) {                                    \
-    const YuvToRgbRegs_AVX512 k = LoadYuvToRgbRegs_AVX512(*v);                              \
-    ConvertYuyvRowAny(Yuyv32Block<kBgra, false>{k}, Yuyv32Block<kBgra, true>{k},            \
-                      StreamsTo(*v, dst, 64), src, dst, width);                             \
-  }
-
-QBO_DEFINE_YUYV_ROWS_AVX512VBMI(YuyvToRgbaRow, false)
-QBO_DEFINE_YUYV_ROWS_AVX512VBMI(YuyvToBgraRow, true)
-
-#undef QBO_DEFINE_YUYV_ROWS_AVX512VBMI
+QBO_DEFINE_STREAMING_YUYV_ROWS(YuyvToRgbaRow, AVX512VBMI, Yuyv32Block, false,
+                               YuvToRgbRegs_AVX512, 64)
+QBO_DEFINE_STREAMING_YUYV_ROWS(YuyvToBgraRow, AVX512VBMI, Yuyv32Block, true,
+                               YuvToRgbRegs_AVX512, 64)
 
 }  // namespace qbo
