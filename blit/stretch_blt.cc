@@ -89,7 +89,7 @@ int32_t StretchBilinear(const BlitArgs& a) {
   // core reads back soon, so a copy streams its rows past the cache once
   // they come to more than a sixteenth of the budget (2 MB of 32). That
   // leaves the cache to the source rows, and the stores do not read the
-  // destination first: 1080p stretches ran 6-20 % faster for it, hot and
+  // destination first: 1080p stretches ran 3-23 % faster for it, hot and
   // cold. The blends write their rows through the temporary row, which
   // they read straight back.
   const int64_t written = (p.height - p.first_row + p.row_step - 1) / p.row_step;
