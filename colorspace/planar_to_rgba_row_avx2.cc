@@ -20,23 +20,29 @@ __m128i Load16(const uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const
 //
 // Scaled chroma of one plane for 16 pairs, lane-split: `a` holds the
 // pixels of pairs 0..3 | 8..11, `b` those of pairs 4..7 | 12..15, each pair
-// as (even pixel, odd pixel). This is PixelChroma_AVX2's scaling,
-// 128 (c - 128) and 64 (c + cn - 256), done on one plane's samples before
-// they are paired: planar rows hold U and V apart, so the even/odd pairs
-// come from one in-lane interleave instead of PixelChroma's split and
-// blend of interleaved U V words.
+// as (even pixel, odd pixel). The scaling is PixelChroma_AVX2's,
+// 128 (c - 128) and 64 (c + cn - 256), formed the way the YUYV rows form it:
+// a byte shuffle puts each pixel's two samples side by side (c, c for the
+// even pixel, c, cn for the odd one) and pmaddubsw with 64, 64 on the
+// samples made signed by xor 0x80 sums them, at most 16384 in size. Each
+// lane's shuffle finds the sample after its last pair in its own lane: the
+// low lane holds c0..c15 (pairs 0..7 need c0..c8), the high lane c1..c16
+// (pairs 8..15 need c8..c16), the 17 samples the block may read.
 struct SplitChroma {
   __m256i a, b;
 };
 
 SplitChroma LoadSplitChroma(const uint8_t* c) {
-  const __m256i zero_point = _mm256_set1_epi16(kChromaZero * 128);
-  const __m256i w = _mm256_cvtepu8_epi16(Load16(c));           // c0..c15
-  const __m256i w_next = _mm256_cvtepu8_epi16(Load16(c + 1));  // c1..c16
-  const __m256i even = _mm256_sub_epi16(_mm256_slli_epi16(w, 7), zero_point);
-  const __m256i odd =
-      _mm256_sub_epi16(_mm256_slli_epi16(_mm256_add_epi16(w, w_next), 6), zero_point);
-  return {_mm256_unpacklo_epi16(even, odd), _mm256_unpackhi_epi16(even, odd)};
+  const __m256i pick_a = _mm256_setr_epi8(0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4,  //
+                                          7, 7, 7, 8, 8, 8, 8, 9, 9, 9, 9, 10, 10, 10, 10, 11);
+  const __m256i pick_b = _mm256_add_epi8(pick_a, _mm256_set1_epi8(4));
+  const __m256i weights = _mm256_set1_epi8(64);
+  const __m256i samples = _mm256_xor_si256(
+      _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(c + 1),
+                          reinterpret_cast<const __m128i*>(c)),
+      _mm256_set1_epi8(static_cast<char>(0x80)));
+  return {_mm256_maddubs_epi16(weights, _mm256_shuffle_epi8(samples, pick_a)),
+          _mm256_maddubs_epi16(weights, _mm256_shuffle_epi8(samples, pick_b))};
 }
 
 template <bool kBgra, bool kStream>
