@@ -11,9 +11,10 @@
 //   Reads and writes nothing outside those bytes. Chroma of odd pixels is
 //   the mean of their pair's and the next pair's; the last pair of the row
 //   uses its own (see yuv_to_rgb_core.h).
-//   _SSE2 rows need width % 8 == 0, _AVX2 rows width % 16 == 0, _AVX512
-//   rows (32-bit pixels only) width % 32 == 0; the _Any_ forms take any
-//   even width and give the reference's bytes.
+//   _SSE2 rows need width % 8 == 0; _AVX2 rows width % 32 == 0 (32-bit
+//   pixels) or % 16 == 0 (24-bit); _AVX512 rows (32-bit pixels only)
+//   width % 32 == 0 and _AVX512VBMI rows width % 64 == 0. The _Any_ forms
+//   take any even width and give the reference's bytes.
 #ifndef QBO_COLORSPACE_YUYV_TO_RGBA_ROW_H_
 #define QBO_COLORSPACE_YUYV_TO_RGBA_ROW_H_
 

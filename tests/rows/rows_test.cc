@@ -325,7 +325,7 @@ std::vector<Row> Rows() {
   };
   // The YUV to RGB rows: both standards, every output order.
   for (int bt709 : {0, 1}) {
-    rows.push_back({bt709 ? "yuyv_to_pixels 709" : "yuyv_to_pixels 601", 32, [bt709](K k, int w, Io& io) {
+    rows.push_back({bt709 ? "yuyv_to_pixels 709" : "yuyv_to_pixels 601", 64, [bt709](K k, int w, Io& io) {
                       YuvToRgbVectors v = YuvToRgbVectorsFor(bt709);
                       v.stream = w % 3 == 0;  // as yuv420_to_yuyv
                       const int even = (w + 1) & ~1;
