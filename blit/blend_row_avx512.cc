@@ -74,9 +74,8 @@ inline __m512i Blend16(__m512i s, __m512i d) {
 template <bool kInverted>
 inline void BlendRow(uint8_t* dst, const uint8_t* src, std::size_t width) {
   const __m512i opaque = _mm512_set1_epi32(static_cast<int>(0xFF000000u));
-  auto all_opaque = [&](__m512i v) {
-    return _mm512_cmpeq_epi32_mask(_mm512_and_si512(v, opaque), opaque) == 0xFFFF;
-  };
+  // Alpha 255 is a pixel of at least 0xFF000000: one unsigned compare.
+  auto all_opaque = [&](__m512i v) { return _mm512_cmpge_epu32_mask(v, opaque) == 0xFFFF; };
   for (std::size_t i = 0; i < width; i += 16) {
     uint8_t* dp = dst + i * 4;
     const __m512i s = _mm512_loadu_si512(src + i * 4);
