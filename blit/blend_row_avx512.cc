@@ -9,18 +9,25 @@
 namespace qbo {
 namespace {
 
-// OverShare8 of the AVX2 row on sixteen pairs: the float quotient with the
-// raised numerator, its truncation, and one taken back where qD > N.
+// OverShare8 of the AVX2 row on sixteen pairs: the same float quotient
+// with the raised numerator and its truncation q, the entry or one more
+// (see blend_row_avx2.cc), with the check done in float: for M = 255a, so
+// that N = 32767M and D = M + (255 - a)b, the fused e = qD - 32768M is
+// exact (qD is exact inside the fused operation, 32768M is M scaled, and
+// |e| <= |qD - N| + M < 2^18), and qD > N exactly when e > -M. That takes
+// the place of the AVX2 row's two 32-bit integer products.
 inline __m512i OverShare16(__m512i upper, __m512i lower) {
   const __m512 a = _mm512_cvtepi32_ps(upper);
   const __m512 b = _mm512_cvtepi32_ps(lower);
+  const __m512 neg_m = _mm512_mul_ps(a, _mm512_set1_ps(-255.0f));
   const __m512 d = _mm512_max_ps(
-      _mm512_sub_ps(_mm512_mul_ps(_mm512_add_ps(a, b), _mm512_set1_ps(255.0f)), _mm512_mul_ps(a, b)),
-      _mm512_set1_ps(1.0f));
-  const __m512i q = _mm512_cvttps_epi32(_mm512_div_ps(_mm512_mul_ps(a, _mm512_set1_ps(8355617.0f)), d));
-  const __m512i n = _mm512_mullo_epi32(upper, _mm512_set1_epi32(8355585));
-  const __m512i qd = _mm512_mullo_epi32(q, _mm512_cvtps_epi32(d));
-  return _mm512_mask_sub_epi32(q, _mm512_cmpgt_epi32_mask(qd, n), q, _mm512_set1_epi32(1));
+      _mm512_fmsub_ps(_mm512_sub_ps(_mm512_set1_ps(255.0f), a), b, neg_m), _mm512_set1_ps(1.0f));
+  const __m512 q =
+      _mm512_roundscale_ps(_mm512_div_ps(_mm512_mul_ps(a, _mm512_set1_ps(8355617.0f)), d),
+                           _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
+  const __m512 e = _mm512_fmadd_ps(q, d, _mm512_mul_ps(neg_m, _mm512_set1_ps(32768.0f)));
+  const __mmask16 one_more = _mm512_cmp_ps_mask(e, neg_m, _CMP_GT_OQ);
+  return _mm512_cvttps_epi32(_mm512_mask_sub_ps(q, one_more, q, _mm512_set1_ps(1.0f)));
 }
 
 // OpaqueShare8x2 of the AVX2 row: w | w << 16 from the alpha byte alone.
